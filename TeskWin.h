@@ -1,0 +1,5 @@
+// TeskWin.h - every public header of the library.
+#pragma once
+
+#include "foundation/TeskWinExport.h"
+#include "foundation/PMemory.h"
