@@ -3,3 +3,5 @@
 
 #include "foundation/TeskWinExport.h"
 #include "foundation/PMemory.h"
+#include "foundation/PString.h"
+#include "foundation/PGenericString.h"
