@@ -1,5 +1,7 @@
 #include "foundation/PTemporaryFileServices.h"
 
+#include "foundation/FileUtilities.h"
+
 #include <windows.h>
 
 namespace {
@@ -27,8 +29,9 @@ int PTemporaryFileServices::reserveTempFile(PString &name)
     const DWORD length = GetTempPathA(MAX_PATH, folder);
     if (length == 0 || length > MAX_PATH - 14)
         return 0;
+    // Wine reports a name even when it could not create the file, so look for it.
     char file[MAX_PATH];
-    if (!GetTempFileNameA(folder, thePrefix(), 0, file))
+    if (!GetTempFileNameA(folder, thePrefix(), 0, file) || !fileExists(file))
         return 0;
     name.set(file);
     return 1;
