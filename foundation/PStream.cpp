@@ -2,6 +2,7 @@
 
 namespace {
 
+// How the file is opened for each mode a stream accepts.
 struct OpenMode {
     int mode;
     int access;
