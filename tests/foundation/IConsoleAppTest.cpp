@@ -103,18 +103,6 @@ TEST(IConsoleApp, NewestLiveApplicationIsTheProcesssOne)
     EXPECT_EQ(getConsoleApp(), nullptr);
 }
 
-TEST(IErrorMessage, HoldsTextAndType)
-{
-    IErrorMessage fatal(PString("disk full"), fatalErrorMessage);
-    EXPECT_TRUE(fatal.getText() == "disk full");
-    EXPECT_EQ(fatal.getType(), 0);
-    IErrorMessage warning(PString("low memory"), warningErrorMessage);
-    EXPECT_EQ(warning.getType(), 1);
-    IErrorMessage copy(warning);
-    EXPECT_TRUE(copy.getText() == "low memory");
-    EXPECT_EQ(copy.getType(), warningErrorMessage);
-}
-
 TEST(IErrorMessage, LogKeepsCopiesForReadingBack)
 {
     clearErrorLog();
