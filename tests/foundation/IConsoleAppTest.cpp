@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include "TeskWin.h"
+
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <type_traits>
+
+namespace {
+
+class TestApp final : public IConsoleApp {
+public:
+    explicit TestApp(HINSTANCE instance) : instance(instance) {}
+
+    HINSTANCE getInstance() const override { return instance; }
+    HINSTANCE getResourceModule() const override { return instance; }
+    PString getCommandLine() const override { return PString(); }
+    int getShowCommand() const override { return SW_SHOWNORMAL; }
+    PString getProgramPath() const override { return PString(); }
+    PString getAppName() const override { return PString("Test application"); }
+    PString getCompanyName() const override { return PString(); }
+    PString getVersion() const override { return PString("1.0"); }
+    PString getHelpFile() const override { return PString(); }
+    PString getWorkingFolder() const override { return PString(); }
+    PString getTempPrefix() const override { return PString("tst"); }
+    int getLanguage() const override { return 0x0409; }
+    int getCodePage() const override { return 1252; }
+    int isInteractive() const override { return 0; }
+    int initInstance() override { return 1; }
+    int run() override { return 0; }
+    int exitInstance() override { return 0; }
+    int getExitCode() const override { return exitCode; }
+    void setExitCode(int code) override { exitCode = code; }
+
+private:
+    HINSTANCE instance;
+    int exitCode = 0;
+};
+
+// The table position of a virtual member, read from the pointer-to-member, which the
+// compiler's ABI stores as 1 plus the entry's byte offset in the table.
+template <typename Member>
+std::ptrdiff_t slotOf(Member member)
+{
+    struct {
+        std::ptrdiff_t pointer;
+        std::ptrdiff_t adjustment;
+    } stored;
+    static_assert(sizeof(Member) == sizeof stored, "pointer-to-member layout");
+    std::memcpy(&stored, &member, sizeof stored);
+    return (stored.pointer - 1) / static_cast<std::ptrdiff_t>(sizeof(void *));
+}
+
+TEST(IConsoleApp, TableHoldsTheNineteenOperationsInOrder)
+{
+    EXPECT_FALSE(std::has_virtual_destructor<IConsoleApp>::value);
+    EXPECT_EQ(slotOf(&IConsoleApp::getInstance), 0);
+    EXPECT_EQ(slotOf(&IConsoleApp::getResourceModule), 1);
+    EXPECT_EQ(slotOf(&IConsoleApp::getCommandLine), 2);
+    EXPECT_EQ(slotOf(&IConsoleApp::getShowCommand), 3);
+    EXPECT_EQ(slotOf(&IConsoleApp::getProgramPath), 4);
+    EXPECT_EQ(slotOf(&IConsoleApp::getAppName), 5);
+    EXPECT_EQ(slotOf(&IConsoleApp::getCompanyName), 6);
+    EXPECT_EQ(slotOf(&IConsoleApp::getVersion), 7);
+    EXPECT_EQ(slotOf(&IConsoleApp::getHelpFile), 8);
+    EXPECT_EQ(slotOf(&IConsoleApp::getWorkingFolder), 9);
+    EXPECT_EQ(slotOf(&IConsoleApp::getTempPrefix), 10);
+    EXPECT_EQ(slotOf(&IConsoleApp::getLanguage), 11);
+    EXPECT_EQ(slotOf(&IConsoleApp::getCodePage), 12);
+    EXPECT_EQ(slotOf(&IConsoleApp::isInteractive), 13);
+    EXPECT_EQ(slotOf(&IConsoleApp::initInstance), 14);
+    EXPECT_EQ(slotOf(&IConsoleApp::run), 15);
+    EXPECT_EQ(slotOf(&IConsoleApp::exitInstance), 16);
+    EXPECT_EQ(slotOf(&IConsoleApp::getExitCode), 17);
+    EXPECT_EQ(slotOf(&IConsoleApp::setExitCode), 18);
+}
+
+TEST(IConsoleApp, NewestLiveApplicationIsTheProcesssOne)
+{
+    ASSERT_EQ(getConsoleApp(), nullptr);
+    const HINSTANCE program = GetModuleHandleA(nullptr);
+    {
+        TestApp first(program);
+        EXPECT_EQ(getConsoleApp(), &first);
+        EXPECT_EQ(static_cast<HINSTANCE>(first), program);
+        EXPECT_TRUE(getConsoleApp()->getAppName() == "Test application");
+        {
+            auto *second = new TestApp(nullptr);
+            EXPECT_EQ(getConsoleApp(), second);
+            TestApp copy(first);
+            EXPECT_EQ(getConsoleApp(), &copy);
+            EXPECT_EQ(static_cast<HINSTANCE>(copy), program);
+            // Assignment moves no registration.
+            *second = first;
+            EXPECT_EQ(getConsoleApp(), &copy);
+            // Leaving from the middle keeps the order of the others.
+            delete second;
+            EXPECT_EQ(getConsoleApp(), &copy);
+        }
+        EXPECT_EQ(getConsoleApp(), &first);
+    }
+    EXPECT_EQ(getConsoleApp(), nullptr);
+}
+
+TEST(IErrorMessage, LogKeepsCopiesForReadingBack)
+{
+    clearErrorLog();
+    EXPECT_EQ(getErrorLogCount(), 0);
+    EXPECT_EQ(getErrorLogEntry(0), nullptr);
+    {
+        IErrorMessage warning(PString("first"), warningErrorMessage);
+        LogErrorMessage(warning);
+    }
+    // A fatal entry is recorded like any other; the process goes on.
+    LogErrorMessage(IErrorMessage(PString("second"), fatalErrorMessage));
+    ASSERT_EQ(getErrorLogCount(), 2);
+    ASSERT_NE(getErrorLogEntry(0), nullptr);
+    EXPECT_TRUE(getErrorLogEntry(0)->getText() == "first");
+    EXPECT_EQ(getErrorLogEntry(0)->getType(), warningErrorMessage);
+    EXPECT_TRUE(getErrorLogEntry(1)->getText() == "second");
+    EXPECT_EQ(getErrorLogEntry(1)->getType(), fatalErrorMessage);
+    EXPECT_EQ(getErrorLogEntry(2), nullptr);
+    EXPECT_EQ(getErrorLogEntry(-1), nullptr);
+    clearErrorLog();
+    EXPECT_EQ(getErrorLogCount(), 0);
+    EXPECT_EQ(getErrorLogEntry(0), nullptr);
+}
+
+TEST(IErrorMessage, FullLogDropsTheOldestEntries)
+{
+    clearErrorLog();
+    char text[16];
+    for (int i = 0; i < errorLogCapacity + 3; ++i) {
+        std::snprintf(text, sizeof text, "entry %d", i);
+        LogErrorMessage(IErrorMessage(PString(text), warningErrorMessage));
+    }
+    ASSERT_EQ(getErrorLogCount(), static_cast<int>(errorLogCapacity));
+    EXPECT_TRUE(getErrorLogEntry(0)->getText() == "entry 3");
+    std::snprintf(text, sizeof text, "entry %d", errorLogCapacity + 2);
+    EXPECT_TRUE(getErrorLogEntry(errorLogCapacity - 1)->getText() == text);
+    EXPECT_EQ(getErrorLogEntry(errorLogCapacity), nullptr);
+    clearErrorLog();
+}
+
+} // namespace
