@@ -19,3 +19,5 @@
 #include "foundation/PNumerics.h"
 #include "foundation/GColor.h"
 #include "foundation/PRefCount.h"
+#include "graphics/GRect.h"
+#include "graphics/GMapMode.h"
