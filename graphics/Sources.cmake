@@ -1,6 +1,9 @@
 list(APPEND TESKWIN_HEADERS
   graphics/GRect.h
   graphics/GMapMode.h
+  graphics/GObjectSelection.h
+  graphics/GDevice.h
+  graphics/GMemoryDevice.h
   graphics/GSharedHandle.h
   graphics/GPen.h
   graphics/GBrush.h
@@ -11,6 +14,8 @@ list(APPEND TESKWIN_HEADERS
 list(APPEND TESKWIN_SOURCES
   graphics/GRect.cpp
   graphics/GMapMode.cpp
+  graphics/GDevice.cpp
+  graphics/GMemoryDevice.cpp
   graphics/GStockObjects.cpp
   graphics/GPen.cpp
   graphics/GBrush.cpp
