@@ -6,7 +6,8 @@
 //
 // A memory device takes no saved state: its destructor deselects the bitmap and deletes the
 // handle. Copies share that handle and each deletes it, so a copy is for passing the device
-// through a short scope, not for keeping.
+// through a short scope, not for keeping. To make a device compatible with another memory
+// device, pass that one as a GDevice &: given as itself, the copy constructor is chosen.
 #pragma once
 
 #include "foundation/GPoint.h"
