@@ -7,6 +7,7 @@ list(APPEND TESKWIN_HEADERS
   graphics/GBitmap.h
 )
 list(APPEND TESKWIN_SOURCES
+  graphics/GSharedHandle.cpp
   graphics/GStockObjects.cpp
   graphics/GPen.cpp
   graphics/GBrush.cpp
