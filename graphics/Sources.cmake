@@ -16,6 +16,7 @@ list(APPEND TESKWIN_SOURCES
   graphics/GMapMode.cpp
   graphics/GDevice.cpp
   graphics/GMemoryDevice.cpp
+  graphics/GSharedHandle.cpp
   graphics/GStockObjects.cpp
   graphics/GPen.cpp
   graphics/GBrush.cpp
