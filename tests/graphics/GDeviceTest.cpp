@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "TeskWin.h"
+#include "graphics/LeakCheck.h"
 #include "graphics/DeviceProbes.h"
 
 namespace {
@@ -14,6 +15,7 @@ void expectPoint(GPoint const &p, double x, double y)
 
 TEST(GDevice, WithoutAHandleSelectionAndConversionAreNeutral)
 {
+    ExpectNoLeaks leaks;
     HandlelessDevice device;
     EXPECT_EQ(device.getDC(), nullptr);
     EXPECT_EQ(device.getMapMode().getMode(), textMappingMode);
@@ -45,6 +47,7 @@ TEST(GDevice, WithoutAHandleSelectionAndConversionAreNeutral)
 
 TEST(GDevice, ScaledModeFitsTheWindowIntoTheArea)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(200, 200);
     ProbeDevice device(screen, bitmap);
@@ -106,6 +109,7 @@ TEST(GDevice, ScaledModeFitsTheWindowIntoTheArea)
 
 TEST(GDevice, DegenerateExtentsFollowTwoRoutes)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(10, 10);
     ProbeDevice device(screen, bitmap);
@@ -138,6 +142,7 @@ TEST(GDevice, DegenerateExtentsFollowTwoRoutes)
 
 TEST(GDevice, PlatformModesLeaveTheMappingToThePlatform)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(64, 64);
     ProbeDevice device(screen, bitmap);
@@ -187,6 +192,7 @@ TEST(GDevice, PlatformModesLeaveTheMappingToThePlatform)
 
 TEST(GDevice, SelectionKeepsObjectsAndTheBrushSetsTheBackground)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(20, 20);
     ProbeDevice device(screen, bitmap);
@@ -254,6 +260,7 @@ TEST(GDevice, SelectionKeepsObjectsAndTheBrushSetsTheBackground)
 
 TEST(GDevice, FontSelectionRefreshesMetricsOnlyForAnotherFont)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(8, 8);
     ProbeDevice device(screen, bitmap);
@@ -279,6 +286,7 @@ TEST(GDevice, FontSelectionRefreshesMetricsOnlyForAnotherFont)
 // A face the platform refuses in one character set is tried again in the system's.
 TEST(GDevice, FontSelectionRetriesInTheSystemsCharacterSet)
 {
+    ExpectNoLeaks leaks;
     const UINT codePage = GetACP();
     if (codePage == 932 || codePage == 936 || codePage == 949 || codePage == 950 || codePage == 1253)
         GTEST_SKIP() << "code page " << codePage << " has a character set of its own";
@@ -308,6 +316,7 @@ TEST(GDevice, FontSelectionRetriesInTheSystemsCharacterSet)
 
 TEST(GDevice, ClipRegionsAreInDeviceUnits)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(40, 40);
     ProbeDevice device(screen, bitmap);
@@ -342,19 +351,25 @@ TEST(GDevice, ClipRegionsAreInDeviceUnits)
 
 TEST(GDevice, FlushEndsWithTheDevicesBrush)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(8, 8);
     ProbeDevice device(screen, bitmap);
     device.setBrush(GBrush(GColor::Red));
     HGDIOBJ selected = GetCurrentObject(device, OBJ_BRUSH);
+    const int before = leaks.counter.created();
     device.flush();
     EXPECT_EQ(GetCurrentObject(device, OBJ_BRUSH), selected);
+    // Twenty black brushes, each gone once the null brush replaced it.
+    EXPECT_EQ(leaks.counter.created() - before, 20);
+    EXPECT_EQ(GetObjectType(leaks.counter.lastCreated()), 0u);
     PatBlt(device, 0, 0, 8, 8, PATCOPY);
     EXPECT_EQ(pixelAt(device, 4, 4), RGB(255, 0, 0));
 }
 
 TEST(GDevice, SavedStateComesBackAtTheEnd)
 {
+    ExpectNoLeaks leaks;
     HDC dc = CreateCompatibleDC(nullptr);
     ASSERT_NE(dc, nullptr);
     HGDIOBJ originalPen = GetCurrentObject(dc, OBJ_PEN);
@@ -393,6 +408,7 @@ LRESULT CALLBACK plainProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam
 
 TEST(GDevice, OnlyADeviceOnAWindowRealisesPalettes)
 {
+    ExpectNoLeaks leaks;
     GColor colours[3] = {GColor(10, 20, 30), GColor(40, 50, 60), GColor(70, 80, 90)};
     const GPalette palette(3, colours);
     GMemoryDevice memory;
@@ -437,6 +453,7 @@ TEST(GDevice, OnlyADeviceOnAWindowRealisesPalettes)
 
 TEST(GDeviceCaps, ReadsTheDevicesCapabilities)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice memory;
     const GDeviceCaps caps = memory.getDeviceCaps();
     HDC dc = memory;

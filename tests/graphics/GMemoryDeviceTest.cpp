@@ -2,12 +2,14 @@
 #include <windows.h>
 
 #include "TeskWin.h"
+#include "graphics/LeakCheck.h"
 #include "graphics/DeviceProbes.h"
 
 namespace {
 
 TEST(GMemoryDevice, AreaIsTheBitmapsSize)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     EXPECT_NE(screen.getDC(), nullptr);
     EXPECT_EQ(double(screen.getDeviceArea().xVal()), 0.0);
@@ -31,6 +33,7 @@ TEST(GMemoryDevice, AreaIsTheBitmapsSize)
 
 TEST(GMemoryDevice, ClearWhitensTheWholeBitmapInAnyScaledWindow)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(30, 20);
     ProbeDevice device(screen, bitmap);
@@ -45,6 +48,7 @@ TEST(GMemoryDevice, ClearWhitensTheWholeBitmapInAnyScaledWindow)
 
 TEST(GMemoryDevice, TheBitmapOutlivesTheDeviceWithItsContents)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(10, 10);
     HDC first;
@@ -77,6 +81,7 @@ TEST(GMemoryDevice, TheBitmapOutlivesTheDeviceWithItsContents)
 
 TEST(GMemoryDevice, RestoresTheOldBitmapOnce)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap bitmap = colourBitmap(5, 5);
     GMemoryDevice device(screen, bitmap);
@@ -90,6 +95,7 @@ TEST(GMemoryDevice, RestoresTheOldBitmapOnce)
 
 TEST(GMonoMemoryDevice, AlwaysDrawsWhite)
 {
+    ExpectNoLeaks leaks;
     GMemoryDevice screen;
     GBitmap mask(nullptr, 16, 16, 1, 1);
     GMonoMemoryDevice device(screen, mask);
