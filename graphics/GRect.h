@@ -87,7 +87,7 @@ private:
     friend class PStatusBar;
     friend class PImageList;
 
-    explicit GRect(tagRECT &rect);
+    GRect(tagRECT &rect);
     // Truncates the edges into the cache afresh at each call.
     operator tagRECT *();
 
