@@ -8,6 +8,8 @@ const GColor GColor::Red(255, 0, 0);
 const GColor GColor::White(255, 255, 255);
 const GColor GColor::Black(0, 0, 0);
 
+const double GHSVColor::Achromatic = -999.0;
+
 namespace {
 
 // A fraction in [0, 1] (NaN as 0) to the nearest 8-bit component.
