@@ -1,17 +1,2 @@
-list(APPEND TESKWIN_HEADERS
-  graphics/GSharedHandle.h
-  graphics/GPen.h
-  graphics/GBrush.h
-  graphics/GFont.h
-  graphics/GPalette.h
-  graphics/GBitmap.h
-)
-list(APPEND TESKWIN_SOURCES
-  graphics/GSharedHandle.cpp
-  graphics/GStockObjects.cpp
-  graphics/GPen.cpp
-  graphics/GBrush.cpp
-  graphics/GFont.cpp
-  graphics/GPalette.cpp
-  graphics/GBitmap.cpp
-)
+teskwin_classes(graphics GSharedHandle GPen GBrush GFont GPalette GBitmap)
+list(APPEND TESKWIN_SOURCES graphics/GStockObjects.cpp)
