@@ -1,5 +1,6 @@
 #include "graphics/GFont.h"
 
+#include "foundation/PList.h"
 #include "graphics/GObjectSelection.h"
 
 #include <algorithm>
