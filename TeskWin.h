@@ -33,3 +33,5 @@
 #include "events/PWindowProc.h"
 #include "events/PWindowObject.h"
 #include "events/PAppInterface.h"
+#include "graphics/GRect.h"
+#include "graphics/GMapMode.h"
