@@ -19,6 +19,8 @@
 #include "foundation/PNumerics.h"
 #include "foundation/GColor.h"
 #include "foundation/PRefCount.h"
+#include "graphics/GRect.h"
+#include "graphics/GMapMode.h"
 #include "foundation/PList.h"
 #include "foundation/PQueue.h"
 #include "foundation/PCArray.h"

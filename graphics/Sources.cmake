@@ -1,4 +1,6 @@
 list(APPEND TESKWIN_HEADERS
+  graphics/GRect.h
+  graphics/GMapMode.h
   graphics/GSharedHandle.h
   graphics/GPen.h
   graphics/GBrush.h
@@ -7,6 +9,8 @@ list(APPEND TESKWIN_HEADERS
   graphics/GBitmap.h
 )
 list(APPEND TESKWIN_SOURCES
+  graphics/GRect.cpp
+  graphics/GMapMode.cpp
   graphics/GStockObjects.cpp
   graphics/GPen.cpp
   graphics/GBrush.cpp
