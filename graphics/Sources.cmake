@@ -1,8 +1,20 @@
 list(APPEND TESKWIN_HEADERS
   graphics/GRect.h
   graphics/GMapMode.h
+  graphics/GSharedHandle.h
+  graphics/GPen.h
+  graphics/GBrush.h
+  graphics/GFont.h
+  graphics/GPalette.h
+  graphics/GBitmap.h
 )
 list(APPEND TESKWIN_SOURCES
   graphics/GRect.cpp
   graphics/GMapMode.cpp
+  graphics/GStockObjects.cpp
+  graphics/GPen.cpp
+  graphics/GBrush.cpp
+  graphics/GFont.cpp
+  graphics/GPalette.cpp
+  graphics/GBitmap.cpp
 )
