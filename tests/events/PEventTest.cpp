@@ -125,8 +125,7 @@ TEST_F(EventRecords, RelativeScrollPositionIsReadFromTheWindowsBar)
     ASSERT_NE(bar, nullptr);
     SetScrollRange(bar, SB_CTL, 0, 50, FALSE);
     SetScrollPos(bar, SB_CTL, 20, FALSE);
-    EventLog barLog;
-    RecordingWindow *control = new RecordingWindow(window, &app, barLog, "bar");
+    RecordingWindow *control = new RecordingWindow(window, &app, log, "bar");
     control->bind(bar);
     // For a control the event's own window is read, so it must be the control itself.
     EXPECT_EQ(PScrollEvent(control, WM_NULL, 0u, reinterpret_cast<long>(bar)).getScrollPosRelative(), 20);

@@ -71,12 +71,12 @@ TEST_F(WindowObjects, CreationMakesAutomaticChildrenAndRecordsAFailure)
     EXPECT_TRUE(a->isValidWindow());
     EXPECT_FALSE(manual->isValidWindow());
     EXPECT_FALSE(window->isError());
+    EXPECT_EQ(GetDlgItem(*window, 10), static_cast<HWND>(*a));
 
     RecordingWindow *failing = child("f", 12);
     failing->created = 0;
     window->setupWindow();
     EXPECT_EQ(window->getError(), childrenError);
-    EXPECT_EQ(GetDlgItem(*window, 10), static_cast<HWND>(*a));
 }
 
 TEST_F(WindowObjects, RegistrationSkipsExistingClassesAndReportsAFailure)

@@ -259,7 +259,7 @@ TEST_F(Dispatch, KeysGoToTheApplicationWhileCapturedAndHotKeysAlways)
     EXPECT_EQ(send(window, WM_KEYDOWN, 'B', 0), 1);
     window->releaseMouseCapture();
     EXPECT_EQ(app.capturedKeys, (std::vector<unsigned int>{'B'}));
-    EXPECT_EQ(log, (EventLog{"p:processEvent 100"}));
+    EXPECT_EQ(countOf(log, "p:processEvent 100"), 1);
 
     app.hotKeyAnswer = 9;
     EXPECT_EQ(send(window, WM_HOTKEY, 3, 0), 9);
