@@ -3,6 +3,7 @@
 #include "events/PAppInterface.h"
 #include "events/PEvent.h"
 #include "events/PWindowObject.h"
+#include "widgets/PSysColorManager.h"
 #include "windows/PWindow.h"
 
 #include <commctrl.h>
@@ -35,6 +36,7 @@ private:
         sizeRoute,
         closeRoute,
         broadcastRoute,
+        sysColorRoute,
         setCursorRoute,
         childFirstRoute,
         notifyRoute,
@@ -58,7 +60,7 @@ private:
     };
     using Route = int (PDispatch::*)(PWindowObject &window, PEvent const &event) const;
     static const RouteTable theTable;
-    static const Route theRoutes[routeCount];
+    static const Route theRoutes[];
 
     using ButtonHandler = int (PRespond::*)(unsigned short flags, GPoint const &position);
     static const ButtonHandler theButtonHandlers[WM_MBUTTONDBLCLK - WM_LBUTTONDOWN + 1];
@@ -72,6 +74,7 @@ private:
     int close(PWindowObject &window, PEvent const &event) const;
     int timer(PWindowObject &window, PEvent const &event) const;
     int broadcast(PWindowObject &window, PEvent const &event) const;
+    int sysColors(PWindowObject &window, PEvent const &event) const;
     int setCursor(PWindowObject &window, PEvent const &event) const;
     int childFirst(PWindowObject &window, PEvent const &event) const;
     int notify(PWindowObject &window, PEvent const &event) const;
@@ -95,7 +98,7 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_MOVE] = moveRoute;
     routeOf[WM_SIZE] = sizeRoute;
     routeOf[WM_CLOSE] = closeRoute;
-    routeOf[WM_SYSCOLORCHANGE] = broadcastRoute;
+    routeOf[WM_SYSCOLORCHANGE] = sysColorRoute;
     routeOf[WM_SETTINGCHANGE] = broadcastRoute;
     routeOf[WM_SETCURSOR] = setCursorRoute;
     routeOf[WM_DRAWITEM] = childFirstRoute;
@@ -119,13 +122,14 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 
 const PDispatch::RouteTable PDispatch::theTable;
 
-const PDispatch::Route PDispatch::theRoutes[routeCount] = {
+const PDispatch::Route PDispatch::theRoutes[] = {
     &PDispatch::process,    &PDispatch::nothing,     &PDispatch::destroy,    &PDispatch::move,
-    &PDispatch::size,       &PDispatch::close,       &PDispatch::broadcast,  &PDispatch::setCursor,
-    &PDispatch::childFirst, &PDispatch::notify,      &PDispatch::keyDown,    &PDispatch::command,
-    &PDispatch::timer,      &PDispatch::scroll,      &PDispatch::scroll,     &PDispatch::mouseMove,
-    &PDispatch::mouseButton, &PDispatch::dropFiles,
+    &PDispatch::size,       &PDispatch::close,       &PDispatch::broadcast,  &PDispatch::sysColors,
+    &PDispatch::setCursor,  &PDispatch::childFirst,  &PDispatch::notify,     &PDispatch::keyDown,
+    &PDispatch::command,    &PDispatch::timer,       &PDispatch::scroll,     &PDispatch::scroll,
+    &PDispatch::mouseMove,  &PDispatch::mouseButton, &PDispatch::dropFiles,
 };
+
 
 // In message order, from WM_LBUTTONDOWN to WM_MBUTTONDBLCLK.
 const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
@@ -136,6 +140,7 @@ const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
 
 int PDispatch::dispatch(PEvent const &event) const
 {
+    static_assert(sizeof theRoutes / sizeof theRoutes[0] == routeCount, "one route for every route id, in order");
     PWindowObject *window = event.getWindow();
     if (!window)
         return 1;
@@ -211,6 +216,17 @@ int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
         child->processEvent(PEvent(child, event.getMessage(), event.getWParam(), event.getLParam()));
     }
     return window.processEvent(event);
+}
+
+// The window takes the new 3-D face colour as its background, whatever it had; its
+// children, reached by the broadcast alone, keep theirs. Only a PWindow has a background.
+int PDispatch::sysColors(PWindowObject &window, PEvent const &event) const
+{
+    PSysColorManager::instance();
+    PSysColorManager::update();
+    if (PWindow *withBackground = dynamic_cast<PWindow *>(&window))
+        withBackground->setBackground(GBrush(PSysColorManager::getFace3D()));
+    return broadcast(window, event);
 }
 
 // Tells the window that the cursor has left, and lets the default procedure set the cursor.
