@@ -21,6 +21,13 @@ public:
 
     explicit PDispatch(Lookup lookup) : lookup(lookup) {}
     int dispatch(PEvent const &event) const;
+    // isValidWindow() for the object just read from hwnd. When the object holds that very
+    // handle, two of its three tests are answered already: the platform is calling this
+    // window's procedure, so the window exists, and its binding was read a moment ago.
+    static bool isLiveTarget(PWindowObject const &window, HWND hwnd)
+    {
+        return static_cast<HWND>(window.hwnd) == hwnd || window.isValidWindow();
+    }
     // DefMDIChildProcA for an MDI child, else DefWindowProcA.
     static WNDPROC defaultProcedureOf(PWindowObject const &window)
     {
@@ -29,7 +36,7 @@ public:
 
 private:
     enum RouteId : unsigned char {
-        processRoute, // any message without a row of its own
+        processRoute, // any message without a row of its own: processEvent
         nothingRoute,
         destroyRoute,
         moveRoute,
@@ -58,14 +65,12 @@ private:
         unsigned char routeOf[tableSize];
         constexpr RouteTable();
     };
-    using Route = int (PDispatch::*)(PWindowObject &window, PEvent const &event) const;
     static const RouteTable theTable;
-    static const Route theRoutes[];
 
     using ButtonHandler = int (PRespond::*)(unsigned short flags, GPoint const &position);
     static const ButtonHandler theButtonHandlers[WM_MBUTTONDBLCLK - WM_LBUTTONDOWN + 1];
 
-    int process(PWindowObject &window, PEvent const &event) const;
+    int route(RouteId id, PWindowObject &window, PEvent const &event) const;
     static int claimOrProcess(PWindowObject &window, PEvent const &event, int handled);
     int nothing(PWindowObject &window, PEvent const &event) const;
     int destroy(PWindowObject &window, PEvent const &event) const;
@@ -122,13 +127,6 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 
 const PDispatch::RouteTable PDispatch::theTable;
 
-const PDispatch::Route PDispatch::theRoutes[] = {
-    &PDispatch::process,    &PDispatch::nothing,     &PDispatch::destroy,    &PDispatch::move,
-    &PDispatch::size,       &PDispatch::close,       &PDispatch::broadcast,  &PDispatch::sysColors,
-    &PDispatch::setCursor,  &PDispatch::childFirst,  &PDispatch::notify,     &PDispatch::keyDown,
-    &PDispatch::command,    &PDispatch::timer,       &PDispatch::scroll,     &PDispatch::scroll,
-    &PDispatch::mouseMove,  &PDispatch::mouseButton, &PDispatch::dropFiles,
-};
 
 
 // In message order, from WM_LBUTTONDOWN to WM_MBUTTONDBLCLK.
@@ -140,13 +138,12 @@ const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
 
 int PDispatch::dispatch(PEvent const &event) const
 {
-    static_assert(sizeof theRoutes / sizeof theRoutes[0] == routeCount, "one route for every route id, in order");
     PWindowObject *window = event.getWindow();
     if (!window)
         return 1;
     const unsigned int message = event.getMessage();
     if (message < tableSize)
-        return (this->*theRoutes[theTable.routeOf[message]])(*window, event);
+        return route(static_cast<RouteId>(theTable.routeOf[message]), *window, event);
     if (message == WM_HOTKEY) {
         // A hot key belongs to the application, whichever window it arrives at.
         PAppInterface *app = window->getApp();
@@ -155,8 +152,31 @@ int PDispatch::dispatch(PEvent const &event) const
     return window->processEvent(event);
 }
 
-int PDispatch::process(PWindowObject &window, PEvent const &event) const
+// A dense switch: the compiler makes it a jump table.
+int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event) const
 {
+    switch (id) {
+    case nothingRoute: return nothing(window, event);
+    case destroyRoute: return destroy(window, event);
+    case moveRoute: return move(window, event);
+    case sizeRoute: return size(window, event);
+    case closeRoute: return close(window, event);
+    case broadcastRoute: return broadcast(window, event);
+    case sysColorRoute: return sysColors(window, event);
+    case setCursorRoute: return setCursor(window, event);
+    case childFirstRoute: return childFirst(window, event);
+    case notifyRoute: return notify(window, event);
+    case keyDownRoute: return keyDown(window, event);
+    case commandRoute: return command(window, event);
+    case timerRoute: return timer(window, event);
+    case hScrollRoute:
+    case vScrollRoute: return scroll(window, event);
+    case mouseMoveRoute: return mouseMove(window, event);
+    case mouseButtonRoute: return mouseButton(window, event);
+    case dropFilesRoute: return dropFiles(window, event);
+    case processRoute:
+    case routeCount: break;
+    }
     return window.processEvent(event);
 }
 
@@ -381,7 +401,7 @@ int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
 LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
     PWindowObject *object = PWindow::getWinPtr(PHHwnd(hwnd));
-    if (!object || !object->isValidWindow())
+    if (!object || !PDispatch::isLiveTarget(*object, hwnd))
         return DefWindowProcA(hwnd, message, wParam, lParam);
     // Chosen before the dispatch, which may end with the object deleted.
     const WNDPROC defaultProcedure = PDispatch::defaultProcedureOf(*object);
