@@ -42,34 +42,43 @@ TEST(PSysColorManager, SlotsReadTheirPlatformIndexes)
     PSysColorManager::instance();
     EXPECT_EQ(54, platformReads);
 
-    auto expected = [](int index) { return GColor(static_cast<unsigned long>(countGetSysColor(index))); };
-    EXPECT_TRUE(PSysColorManager::getDarkShadow3D() == expected(COLOR_3DDKSHADOW));
-    EXPECT_TRUE(PSysColorManager::getFace3D() == expected(COLOR_BTNFACE));
-    EXPECT_TRUE(PSysColorManager::getButtonFace() == PSysColorManager::getFace3D());
-    EXPECT_TRUE(PSysColorManager::getShadow3D() == expected(COLOR_BTNSHADOW));
-    EXPECT_TRUE(PSysColorManager::getButtonShadow() == PSysColorManager::getShadow3D());
-    EXPECT_TRUE(PSysColorManager::getHilight3D() == expected(COLOR_BTNHIGHLIGHT));
-    EXPECT_TRUE(PSysColorManager::getLight3D() == expected(COLOR_3DLIGHT));
-    EXPECT_TRUE(PSysColorManager::getActiveBorder() == expected(COLOR_ACTIVEBORDER));
-    EXPECT_TRUE(PSysColorManager::getActiveCaption() == expected(COLOR_ACTIVECAPTION));
-    EXPECT_TRUE(PSysColorManager::getAppWorkspace() == expected(COLOR_APPWORKSPACE));
-    EXPECT_TRUE(PSysColorManager::getBackground() == expected(COLOR_BACKGROUND));
-    EXPECT_TRUE(PSysColorManager::getButtonText() == expected(COLOR_BTNTEXT));
-    EXPECT_TRUE(PSysColorManager::getCaptionText() == expected(COLOR_CAPTIONTEXT));
-    EXPECT_TRUE(PSysColorManager::getGreyText() == expected(COLOR_GRAYTEXT));
-    EXPECT_TRUE(PSysColorManager::getHilight() == expected(COLOR_HIGHLIGHT));
-    EXPECT_TRUE(PSysColorManager::getHilightText() == expected(COLOR_HIGHLIGHTTEXT));
-    EXPECT_TRUE(PSysColorManager::getInactiveBorder() == expected(COLOR_INACTIVEBORDER));
-    EXPECT_TRUE(PSysColorManager::getInactiveCaption() == expected(COLOR_INACTIVECAPTION));
-    EXPECT_TRUE(PSysColorManager::getInactiveCaptionText() == expected(COLOR_INACTIVECAPTIONTEXT));
-    EXPECT_TRUE(PSysColorManager::getTooltipBackground() == expected(COLOR_INFOBK));
-    EXPECT_TRUE(PSysColorManager::getTooltipText() == expected(COLOR_INFOTEXT));
-    EXPECT_TRUE(PSysColorManager::getMenuBackground() == expected(COLOR_MENU));
-    EXPECT_TRUE(PSysColorManager::getMenuText() == expected(COLOR_MENUTEXT));
-    EXPECT_TRUE(PSysColorManager::getScrollBar() == expected(COLOR_SCROLLBAR));
-    EXPECT_TRUE(PSysColorManager::getWindow() == expected(COLOR_WINDOW));
-    EXPECT_TRUE(PSysColorManager::getWindowFrame() == expected(COLOR_WINDOWFRAME));
-    EXPECT_TRUE(PSysColorManager::getWindowText() == expected(COLOR_WINDOWTEXT));
+    using Accessor = const GColor &(*)();
+    const struct {
+        Accessor accessor;
+        int index;
+    } slots[] = {
+        {PSysColorManager::getDarkShadow3D, COLOR_3DDKSHADOW},
+        {PSysColorManager::getFace3D, COLOR_BTNFACE},
+        {PSysColorManager::getHilight3D, COLOR_BTNHIGHLIGHT},
+        {PSysColorManager::getLight3D, COLOR_3DLIGHT},
+        {PSysColorManager::getShadow3D, COLOR_BTNSHADOW},
+        {PSysColorManager::getActiveBorder, COLOR_ACTIVEBORDER},
+        {PSysColorManager::getActiveCaption, COLOR_ACTIVECAPTION},
+        {PSysColorManager::getAppWorkspace, COLOR_APPWORKSPACE},
+        {PSysColorManager::getBackground, COLOR_BACKGROUND},
+        {PSysColorManager::getButtonFace, COLOR_BTNFACE},
+        {PSysColorManager::getButtonShadow, COLOR_BTNSHADOW},
+        {PSysColorManager::getButtonText, COLOR_BTNTEXT},
+        {PSysColorManager::getCaptionText, COLOR_CAPTIONTEXT},
+        {PSysColorManager::getGreyText, COLOR_GRAYTEXT},
+        {PSysColorManager::getHilight, COLOR_HIGHLIGHT},
+        {PSysColorManager::getHilightText, COLOR_HIGHLIGHTTEXT},
+        {PSysColorManager::getInactiveBorder, COLOR_INACTIVEBORDER},
+        {PSysColorManager::getInactiveCaption, COLOR_INACTIVECAPTION},
+        {PSysColorManager::getInactiveCaptionText, COLOR_INACTIVECAPTIONTEXT},
+        {PSysColorManager::getTooltipBackground, COLOR_INFOBK},
+        {PSysColorManager::getTooltipText, COLOR_INFOTEXT},
+        {PSysColorManager::getMenuBackground, COLOR_MENU},
+        {PSysColorManager::getMenuText, COLOR_MENUTEXT},
+        {PSysColorManager::getScrollBar, COLOR_SCROLLBAR},
+        {PSysColorManager::getWindow, COLOR_WINDOW},
+        {PSysColorManager::getWindowFrame, COLOR_WINDOWFRAME},
+        {PSysColorManager::getWindowText, COLOR_WINDOWTEXT},
+    };
+    for (auto const &slot : slots)
+        EXPECT_TRUE(slot.accessor() == GColor(static_cast<unsigned long>(slot.index * 0x010203))) << slot.index;
+    // Two names, one platform index, two slots.
+    EXPECT_NE(&PSysColorManager::getFace3D(), &PSysColorManager::getButtonFace());
 }
 
 TEST(PSysColorManager, FollowsThePlatform)

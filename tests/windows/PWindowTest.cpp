@@ -180,6 +180,27 @@ TEST(PWindow, ChildIdentifierTravelsInTheMenuRecord)
     EXPECT_FALSE(IsWindow(childHandle));
 }
 
+TEST(PWindow, ParentNotifyBindsAPendingChild)
+{
+    TestWindow *parent = createdWindow();
+    HWND child = CreateWindowExA(0, "STATIC", "child", WS_CHILD, 0, 0, 10, 10, *parent, nullptr, nullptr, nullptr);
+    TestWindow *pending = new TestWindow(nullptr);
+    PWindowObject *queued = pending;
+    PWindow::theCreatedQueue.enQueue(queued);
+
+    parent->onParentNotify(WM_DESTROY, reinterpret_cast<long>(child));
+    EXPECT_FALSE(PWindow::theCreatedQueue.isEmpty());
+    parent->onParentNotify(MAKEWPARAM(WM_CREATE, 3), reinterpret_cast<long>(child));
+    EXPECT_TRUE(PWindow::theCreatedQueue.isEmpty());
+    EXPECT_EQ(pending, PWindowObject::getWinPtr(PHHwnd(child)));
+    EXPECT_EQ(child, static_cast<HWND>(*pending));
+
+    SetWindowLongA(child, GWLP_USERDATA, 0);
+    DestroyWindow(child);
+    delete pending;
+    parent->shutDownWindow();
+}
+
 TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
 {
     TestWindow *first = createdWindow();
