@@ -44,3 +44,11 @@ list(APPEND TESKWIN_SOURCES
   foundation/HashedId.cpp
   foundation/PHHwnd.cpp
 )
+teskwin_headers(foundation TeskWinExport PFFloat PCoord PVector)
+teskwin_classes(foundation PMemory)
+teskwin_classes(foundation PString PGenericString)
+teskwin_classes(foundation IConsoleApp IErrorMessage)
+teskwin_classes(foundation PFile PStream PTemporaryFileServices FileUtilities)
+teskwin_classes(foundation PTPoint GPoint PNumerics GColor PRefCount)
+teskwin_headers(foundation PList PQueue PCArray PHashTable PPairDictionary PHashablePointer)
+teskwin_classes(foundation HashedId PHHwnd)
