@@ -55,8 +55,8 @@ void PEvent::synthesise(GPoint const &where, unsigned long when, int control, in
 {
     wParam = (control ? mouseControlKey : 0) | (shift ? mouseShiftKey : 0) | (left ? mouseLeftButton : 0) |
              (right ? mouseRightButton : 0) | (middle ? mouseMiddleButton : 0);
-    const unsigned int x = static_cast<unsigned int>(static_cast<int>(where.getX())) & 0xFFFF;
-    const unsigned int y = static_cast<unsigned int>(static_cast<int>(where.getY())) & 0xFFFF;
+    const unsigned int x = static_cast<unsigned int>(truncateCoord(where.getX())) & 0xFFFF;
+    const unsigned int y = static_cast<unsigned int>(truncateCoord(where.getY())) & 0xFFFF;
     lParam = static_cast<long>(y << 16 | x);
     time = static_cast<unsigned int>(when);
     location = where;

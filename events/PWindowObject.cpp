@@ -13,12 +13,7 @@ const int userDataIndex = GWL_USERDATA;
 // The platform's integer point of a logical one, truncated toward zero.
 POINT truncated(GPoint const &point)
 {
-    return POINT{static_cast<LONG>(point.getX()), static_cast<LONG>(point.getY())};
-}
-
-GRect rectOf(RECT const &rect)
-{
-    return GRect(rect.left, rect.top, rect.right, rect.bottom);
+    return POINT{truncateCoord(point.getX()), truncateCoord(point.getY())};
 }
 
 } // namespace
@@ -481,7 +476,7 @@ GRect PWindowObject::getClientArea()
     RECT rect = {};
     if (isValidWindow())
         GetClientRect(hwnd, &rect);
-    return rectOf(rect);
+    return GRect(rect);
 }
 
 GRect PWindowObject::getWindowSize()
@@ -489,7 +484,7 @@ GRect PWindowObject::getWindowSize()
     RECT rect = {};
     if (isValidWindow())
         GetWindowRect(hwnd, &rect);
-    return rectOf(rect);
+    return GRect(rect);
 }
 
 int PWindowObject::getWindowPlacement(GRect *rect, int *showCommand)
@@ -499,7 +494,7 @@ int PWindowObject::getWindowPlacement(GRect *rect, int *showCommand)
     WINDOWPLACEMENT placement = {};
     placement.length = sizeof(WINDOWPLACEMENT);
     GetWindowPlacement(hwnd, &placement);
-    *rect = rectOf(placement.rcNormalPosition);
+    *rect = GRect(placement.rcNormalPosition);
     *showCommand = static_cast<int>(placement.showCmd);
     return 1;
 }

@@ -25,7 +25,7 @@ class PAppInterface;
 // declarations on each side is the order of its table and part of the design.
 class TESKWIN_API PWindowObject : public PError, public PRespond {
     friend class PWindow;
-    friend LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    friend class PDispatch;
 
 public:
     // Attaches the object at the end of parent's children. With neither a parent nor an

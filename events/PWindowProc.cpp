@@ -3,6 +3,7 @@
 #include "events/PAppInterface.h"
 #include "events/PEvent.h"
 #include "events/PWindowObject.h"
+#include "windows/PWindow.h"
 
 #include <commctrl.h>
 #include <shellapi.h>
@@ -10,14 +11,20 @@
 #include <cstring>
 
 // The routes of the dispatch table. A class rather than free functions so that it can be
-// PRespond's one friend: only the dispatch reaches dropEvent.
+// PRespond's one friend: only the dispatch reaches dropEvent. It holds the lookup of
+// handles, which binds a window under construction to its queued object and is private to
+// PWindow, so that PGeneralProc, which PWindow trusts, hands it over.
 class PDispatch {
 public:
-    using Route = int (*)(PWindowObject &window, PEvent const &event);
+    using Lookup = PWindowObject *(*)(PHHwnd const &handle);
 
-    static int dispatch(PEvent const &event);
-    // The object of a handle, binding a window under construction to its queued object.
-    static PWindowObject *objectOf(HWND handle);
+    explicit PDispatch(Lookup lookup) : lookup(lookup) {}
+    int dispatch(PEvent const &event) const;
+    // DefMDIChildProcA for an MDI child, else DefWindowProcA.
+    static WNDPROC defaultProcedureOf(PWindowObject const &window)
+    {
+        return window.isMDIChild ? DefMDIChildProcA : DefWindowProcA;
+    }
 
 private:
     enum RouteId : unsigned char {
@@ -49,32 +56,36 @@ private:
         unsigned char routeOf[tableSize];
         constexpr RouteTable();
     };
+    using Route = int (PDispatch::*)(PWindowObject &window, PEvent const &event) const;
     static const RouteTable theTable;
     static const Route theRoutes[routeCount];
 
     using ButtonHandler = int (PRespond::*)(unsigned short flags, GPoint const &position);
     static const ButtonHandler theButtonHandlers[WM_MBUTTONDBLCLK - WM_LBUTTONDOWN + 1];
 
-    static int process(PWindowObject &window, PEvent const &event);
+    int process(PWindowObject &window, PEvent const &event) const;
     static int claimOrProcess(PWindowObject &window, PEvent const &event, int handled);
-    static int nothing(PWindowObject &window, PEvent const &event);
-    static int destroy(PWindowObject &window, PEvent const &event);
-    static int move(PWindowObject &window, PEvent const &event);
-    static int size(PWindowObject &window, PEvent const &event);
-    static int close(PWindowObject &window, PEvent const &event);
-    static int timer(PWindowObject &window, PEvent const &event);
-    static int broadcast(PWindowObject &window, PEvent const &event);
-    static int setCursor(PWindowObject &window, PEvent const &event);
-    static int childFirst(PWindowObject &window, PEvent const &event);
-    static int notify(PWindowObject &window, PEvent const &event);
-    static int keyDown(PWindowObject &window, PEvent const &event);
-    static int command(PWindowObject &window, PEvent const &event);
-    static int scroll(PWindowObject &window, PEvent const &event);
-    static int mouseMove(PWindowObject &window, PEvent const &event);
-    static int mouseButton(PWindowObject &window, PEvent const &event);
-    static int dropFiles(PWindowObject &window, PEvent const &event);
+    int nothing(PWindowObject &window, PEvent const &event) const;
+    int destroy(PWindowObject &window, PEvent const &event) const;
+    int move(PWindowObject &window, PEvent const &event) const;
+    int size(PWindowObject &window, PEvent const &event) const;
+    int close(PWindowObject &window, PEvent const &event) const;
+    int timer(PWindowObject &window, PEvent const &event) const;
+    int broadcast(PWindowObject &window, PEvent const &event) const;
+    int setCursor(PWindowObject &window, PEvent const &event) const;
+    int childFirst(PWindowObject &window, PEvent const &event) const;
+    int notify(PWindowObject &window, PEvent const &event) const;
+    int keyDown(PWindowObject &window, PEvent const &event) const;
+    int command(PWindowObject &window, PEvent const &event) const;
+    int scroll(PWindowObject &window, PEvent const &event) const;
+    int mouseMove(PWindowObject &window, PEvent const &event) const;
+    int mouseButton(PWindowObject &window, PEvent const &event) const;
+    int dropFiles(PWindowObject &window, PEvent const &event) const;
 
     static void relayToTip(PWindowObject &window, PEvent const &event);
+    PWindowObject *objectOf(HWND handle) const { return lookup(PHHwnd(handle)); }
+
+    Lookup lookup;
 };
 
 constexpr PDispatch::RouteTable::RouteTable() : routeOf()
@@ -123,28 +134,23 @@ const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
     &PRespond::mouseMDownEvent, &PRespond::mouseMUpEvent, &PRespond::mouseMDClickEvent,
 };
 
-int PDispatch::dispatch(PEvent const &event)
+int PDispatch::dispatch(PEvent const &event) const
 {
     PWindowObject *window = event.getWindow();
     if (!window)
         return 1;
     const unsigned int message = event.getMessage();
     if (message < tableSize)
-        return theRoutes[theTable.routeOf[message]](*window, event);
+        return (this->*theRoutes[theTable.routeOf[message]])(*window, event);
     if (message == WM_HOTKEY) {
         // A hot key belongs to the application, whichever window it arrives at.
         PAppInterface *app = window->getApp();
         return app ? app->hotKeyEvent(event) : 0;
     }
-    return process(*window, event);
+    return window->processEvent(event);
 }
 
-PWindowObject *PDispatch::objectOf(HWND handle)
-{
-    return PWindowObject::getWinPtr(PHHwnd(handle));
-}
-
-int PDispatch::process(PWindowObject &window, PEvent const &event)
+int PDispatch::process(PWindowObject &window, PEvent const &event) const
 {
     return window.processEvent(event);
 }
@@ -155,12 +161,12 @@ int PDispatch::claimOrProcess(PWindowObject &window, PEvent const &event, int ha
 }
 
 // Set-up belongs to setupWindow, after CreateWindowExA has returned.
-int PDispatch::nothing(PWindowObject &, PEvent const &)
+int PDispatch::nothing(PWindowObject &, PEvent const &) const
 {
     return 0;
 }
 
-int PDispatch::destroy(PWindowObject &window, PEvent const &event)
+int PDispatch::destroy(PWindowObject &window, PEvent const &event) const
 {
     return claimOrProcess(window, event, window.destroyEvent(event));
 }
@@ -175,28 +181,28 @@ GPoint signedPoint(long lParam)
 
 } // namespace
 
-int PDispatch::move(PWindowObject &window, PEvent const &event)
+int PDispatch::move(PWindowObject &window, PEvent const &event) const
 {
     return claimOrProcess(window, event, window.moveEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::size(PWindowObject &window, PEvent const &event)
+int PDispatch::size(PWindowObject &window, PEvent const &event) const
 {
     return claimOrProcess(window, event, window.resizeEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::close(PWindowObject &window, PEvent const &event)
+int PDispatch::close(PWindowObject &window, PEvent const &event) const
 {
     return claimOrProcess(window, event, window.closeEvent(event));
 }
 
-int PDispatch::timer(PWindowObject &window, PEvent const &event)
+int PDispatch::timer(PWindowObject &window, PEvent const &event) const
 {
     return claimOrProcess(window, event, window.timerEvent());
 }
 
 // Children see only processEvent, with an event of their own, not a further dispatch.
-int PDispatch::broadcast(PWindowObject &window, PEvent const &event)
+int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
 {
     PList<PWindowObject *> const &children = window.getChildren();
     const unsigned int count = children.length();
@@ -208,7 +214,7 @@ int PDispatch::broadcast(PWindowObject &window, PEvent const &event)
 }
 
 // Tells the window that the cursor has left, and lets the default procedure set the cursor.
-int PDispatch::setCursor(PWindowObject &, PEvent const &event)
+int PDispatch::setCursor(PWindowObject &, PEvent const &event) const
 {
     HWND underCursor = reinterpret_cast<HWND>(event.getWParam());
     if (underCursor != gLastWindow) {
@@ -219,7 +225,7 @@ int PDispatch::setCursor(PWindowObject &, PEvent const &event)
     return 0;
 }
 
-int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
+int PDispatch::childFirst(PWindowObject &window, PEvent const &event) const
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -227,7 +233,7 @@ int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
     return window.processEvent(event);
 }
 
-int PDispatch::notify(PWindowObject &window, PEvent const &event)
+int PDispatch::notify(PWindowObject &window, PEvent const &event) const
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -240,8 +246,12 @@ int PDispatch::notify(PWindowObject &window, PEvent const &event)
         PWindowObject *tool = objectOf(reinterpret_cast<HWND>(header->idFrom));
         if (tool) {
             NMTTDISPINFOA *request = reinterpret_cast<NMTTDISPINFOA *>(event.getLParam());
-            // Text of 80 bytes or more stays unterminated, as strncpy leaves it. Deliberate.
-            std::strncpy(request->szText, tool->getTipText(), sizeof request->szText);
+            // strncpy's rule: zeros after the text, and text of 80 bytes or more stays
+            // unterminated. Deliberate.
+            const PString text = tool->getTipText();
+            const std::size_t length = strnlen(text, sizeof request->szText);
+            std::memcpy(request->szText, static_cast<char const *>(text), length);
+            std::memset(request->szText + length, 0, sizeof request->szText - length);
         }
         return 0;
     }
@@ -252,7 +262,7 @@ int PDispatch::notify(PWindowObject &window, PEvent const &event)
     return window.processEvent(event);
 }
 
-int PDispatch::keyDown(PWindowObject &window, PEvent const &event)
+int PDispatch::keyDown(PWindowObject &window, PEvent const &event) const
 {
     PAppInterface *app = window.getApp();
     if (window.isMouseCaptured() && app && app->capturedKeyEvent(event))
@@ -262,7 +272,7 @@ int PDispatch::keyDown(PWindowObject &window, PEvent const &event)
 
 // A menu or accelerator command has lParam 0; a control's notification names the control.
 // A notification that nobody claims also falls to processCommandEvent.
-int PDispatch::command(PWindowObject &window, PEvent const &event)
+int PDispatch::command(PWindowObject &window, PEvent const &event) const
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -283,7 +293,7 @@ int PDispatch::command(PWindowObject &window, PEvent const &event)
 
 // A scroll-bar control gets its own messages, which the platform sends to its parent: it is
 // told first, and the parent is asked all the same, whatever the control answered.
-int PDispatch::scroll(PWindowObject &window, PEvent const &event)
+int PDispatch::scroll(PWindowObject &window, PEvent const &event) const
 {
     const PScrollEvent scrollEvent(event);
     const bool horizontal = scrollEvent.isHorizontal();
@@ -319,7 +329,7 @@ void PDispatch::relayToTip(PWindowObject &window, PEvent const &event)
 
 // The general mouseEvent can swallow the specific handler. A mouse move cannot be claimed:
 // processEvent always runs after it.
-int PDispatch::mouseMove(PWindowObject &window, PEvent const &event)
+int PDispatch::mouseMove(PWindowObject &window, PEvent const &event) const
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -329,7 +339,7 @@ int PDispatch::mouseMove(PWindowObject &window, PEvent const &event)
     return window.processEvent(event);
 }
 
-int PDispatch::mouseButton(PWindowObject &window, PEvent const &event)
+int PDispatch::mouseButton(PWindowObject &window, PEvent const &event) const
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -342,7 +352,7 @@ int PDispatch::mouseButton(PWindowObject &window, PEvent const &event)
 }
 
 // Releasing the drop is the handler's duty.
-int PDispatch::dropFiles(PWindowObject &window, PEvent const &event)
+int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
 {
     HDROP drop = reinterpret_cast<HDROP>(event.getWParam());
     const int count = static_cast<int>(DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0));
@@ -354,18 +364,18 @@ int PDispatch::dropFiles(PWindowObject &window, PEvent const &event)
 
 LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    PWindowObject *object = PDispatch::objectOf(hwnd);
+    PWindowObject *object = PWindow::getWinPtr(PHHwnd(hwnd));
     if (!object || !object->isValidWindow())
         return DefWindowProcA(hwnd, message, wParam, lParam);
-    // Read before the dispatch, which may end with the object deleted.
-    const int mdiChild = object->isMDIChild;
+    // Chosen before the dispatch, which may end with the object deleted.
+    const WNDPROC defaultProcedure = PDispatch::defaultProcedureOf(*object);
     const int result = PGeneralProc(PEvent(object, message, wParam, lParam));
     if (result)
         return result;
-    return mdiChild ? DefMDIChildProcA(hwnd, message, wParam, lParam) : DefWindowProcA(hwnd, message, wParam, lParam);
+    return defaultProcedure(hwnd, message, wParam, lParam);
 }
 
 int PGeneralProc(PEvent const &event)
 {
-    return PDispatch::dispatch(event);
+    return PDispatch(&PWindow::getWinPtr).dispatch(event);
 }
