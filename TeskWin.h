@@ -38,8 +38,6 @@
 #include "events/PWindowProc.h"
 #include "events/PWindowObject.h"
 #include "events/PAppInterface.h"
-#include "graphics/GRect.h"
-#include "graphics/GMapMode.h"
 #include "graphics/GSharedHandle.h"
 #include "graphics/GPen.h"
 #include "graphics/GBrush.h"
