@@ -1,20 +1,4 @@
-list(APPEND TESKWIN_HEADERS
-  graphics/GRect.h
-  graphics/GMapMode.h
-  graphics/GSharedHandle.h
-  graphics/GPen.h
-  graphics/GBrush.h
-  graphics/GFont.h
-  graphics/GPalette.h
-  graphics/GBitmap.h
-)
-list(APPEND TESKWIN_SOURCES
-  graphics/GRect.cpp
-  graphics/GMapMode.cpp
-  graphics/GStockObjects.cpp
-  graphics/GPen.cpp
-  graphics/GBrush.cpp
-  graphics/GFont.cpp
-  graphics/GPalette.cpp
-  graphics/GBitmap.cpp
-)
+teskwin_classes(graphics GRect GMapMode GDevice GMemoryDevice)
+teskwin_headers(graphics GObjectSelection)
+teskwin_classes(graphics GSharedHandle GPen GBrush GFont GPalette GBitmap)
+list(APPEND TESKWIN_SOURCES graphics/GStockObjects.cpp)

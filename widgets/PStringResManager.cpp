@@ -160,9 +160,22 @@ void setStringResManager(IConsoleApp *app)
         adoptResourceModule(app);
 }
 
+namespace {
+
+// The answers of IsDBCSLeadByte, kept because strings ask them byte by byte.
+unsigned char theLeadBytes[256];
+
+} // namespace
+
+LUtilStd::LUtilStd()
+{
+    for (int byte = 0; byte < 256; ++byte)
+        theLeadBytes[byte] = IsDBCSLeadByte(static_cast<BYTE>(byte)) ? 1 : 0;
+}
+
 int LUtilStd::isLeadByte(unsigned char byte) const
 {
-    return IsDBCSLeadByte(byte) ? 1 : 0;
+    return theLeadBytes[byte];
 }
 
 LUtilStd PMultiString::theLanguageUtil;

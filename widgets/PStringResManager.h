@@ -71,7 +71,8 @@ protected:
 
 class TESKWIN_API LUtilStd : public LUtil {
 public:
-    // In the process's ANSI code page.
+    // Asks the platform once for every byte value of the process's ANSI code page.
+    LUtilStd();
     int isLeadByte(unsigned char byte) const override;
 };
 

@@ -473,10 +473,11 @@ void PWindow::processAutoScrolling()
 
 #else
 
-// Until the scrolling policy is part of the library no scroller can be set, and the
+// Until the scrolling policy is part of the library a scroller is only kept, and the
 // window scrolls by the platform's default handling.
-void PWindow::setScroller(PScroller *)
+void PWindow::setScroller(PScroller *scroller)
 {
+    this->scroller = scroller;
 }
 
 void PWindow::fitScrollerPage()

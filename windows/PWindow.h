@@ -27,8 +27,8 @@
 class PScroller;
 
 class TESKWIN_API PWindow : public PWindowObject {
-    friend LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
-    friend int PGeneralProc(PEvent const &event);
+    // The dispatch of PWindowProc looks handles up through getWinPtr.
+    friend class PDispatch;
 
 public:
     // An overlapped window, visible unless parent is an MDI frame, which makes it an MDI child.

@@ -1,6 +1,1 @@
-list(APPEND TESKWIN_HEADERS
-  windows/PWindow.h
-)
-list(APPEND TESKWIN_SOURCES
-  windows/PWindow.cpp
-)
+teskwin_classes(windows PWindow)

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "TeskWin.h"
+#include "graphics/LeakCheck.h"
 
 namespace {
 
@@ -20,6 +21,7 @@ bool sameRegion(GRgn const &ours, HRGN expected)
 
 TEST(GRgn, CreatesRegionsFromTruncatedCoordinates)
 {
+    ExpectNoLeaks leaks;
     GRgn empty;
     EXPECT_FALSE(empty.isValid());
     ASSERT_TRUE(empty.create());
@@ -51,6 +53,7 @@ TEST(GRgn, CreatesRegionsFromTruncatedCoordinates)
 
 TEST(GRgn, OwnsItsHandleAlone)
 {
+    GdiObjectCounter counter;
     HRGN held;
     {
         GRgn region;
@@ -77,13 +80,19 @@ TEST(GRgn, OwnsItsHandleAlone)
         HRGN abandoned = twice;
         twice.create(GRect(0, 0, 4, 4));
         EXPECT_TRUE(isLiveRegion(abandoned));
+        EXPECT_EQ(counter.deletions(abandoned), 0);
         DeleteObject(abandoned);
     }
     EXPECT_FALSE(isLiveRegion(held));
+    EXPECT_EQ(counter.deletions(held), 1);
+    // Three regions made; only the abandoned one was left to the caller.
+    EXPECT_EQ(counter.created(), 3);
+    EXPECT_EQ(counter.live(), 1);
 }
 
 TEST(GRgn, CopiesAreDeepAndSelfAssignmentInvalidates)
 {
+    ExpectNoLeaks leaks;
     GRgn source;
     source.create(GRect(1, 2, 30, 40));
     GRgn copy(source);
@@ -116,6 +125,7 @@ TEST(GRgn, CopiesAreDeepAndSelfAssignmentInvalidates)
 
 TEST(GRgn, CombinesIntoAnExistingRegion)
 {
+    ExpectNoLeaks leaks;
     GRgn a, b;
     a.create(GRect(0, 0, 10, 10));
     b.create(GRect(20, 0, 30, 10));
@@ -146,6 +156,7 @@ TEST(GRgn, CombinesIntoAnExistingRegion)
 
 TEST(GRgn, BoxLeavesTheRectangleAloneForAnEmptyRegion)
 {
+    ExpectNoLeaks leaks;
     GRect rect(7, 8, 9, 10);
     GRgn empty;
     empty.create();
