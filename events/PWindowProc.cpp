@@ -11,28 +11,14 @@
 
 #include <cstring>
 
-// The routes of the dispatch table. A class rather than free functions so that it can be
-// PRespond's one friend: only the dispatch reaches dropEvent. It holds the lookup of
-// handles, which binds a window under construction to its queued object and is private to
-// PWindow, so that PGeneralProc, which PWindow trusts, hands it over.
+// The window procedure and the routes of the dispatch table. A class rather than free
+// functions so that it can be the friend of PRespond (only the dispatch reaches dropEvent),
+// of PWindowObject (the default procedure) and of PWindow (the lookup that binds a window
+// under construction).
 class PDispatch {
 public:
-    using Lookup = PWindowObject *(*)(PHHwnd const &handle);
-
-    explicit PDispatch(Lookup lookup) : lookup(lookup) {}
-    int dispatch(PEvent const &event) const;
-    // isValidWindow() for the object just read from hwnd. When the object holds that very
-    // handle, two of its three tests are answered already: the platform is calling this
-    // window's procedure, so the window exists, and its binding was read a moment ago.
-    static bool isLiveTarget(PWindowObject const &window, HWND hwnd)
-    {
-        return static_cast<HWND>(window.hwnd) == hwnd || window.isValidWindow();
-    }
-    // DefMDIChildProcA for an MDI child, else DefWindowProcA.
-    static WNDPROC defaultProcedureOf(PWindowObject const &window)
-    {
-        return window.isMDIChild ? DefMDIChildProcA : DefWindowProcA;
-    }
+    static LRESULT windowProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    static int dispatch(PEvent const &event);
 
 private:
     enum RouteId : unsigned char {
@@ -70,30 +56,41 @@ private:
     using ButtonHandler = int (PRespond::*)(unsigned short flags, GPoint const &position);
     static const ButtonHandler theButtonHandlers[WM_MBUTTONDBLCLK - WM_LBUTTONDOWN + 1];
 
-    int route(RouteId id, PWindowObject &window, PEvent const &event) const;
+    static int route(RouteId id, PWindowObject &window, PEvent const &event);
     static int claimOrProcess(PWindowObject &window, PEvent const &event, int handled);
-    int nothing(PWindowObject &window, PEvent const &event) const;
-    int destroy(PWindowObject &window, PEvent const &event) const;
-    int move(PWindowObject &window, PEvent const &event) const;
-    int size(PWindowObject &window, PEvent const &event) const;
-    int close(PWindowObject &window, PEvent const &event) const;
-    int timer(PWindowObject &window, PEvent const &event) const;
-    int broadcast(PWindowObject &window, PEvent const &event) const;
-    int sysColors(PWindowObject &window, PEvent const &event) const;
-    int setCursor(PWindowObject &window, PEvent const &event) const;
-    int childFirst(PWindowObject &window, PEvent const &event) const;
-    int notify(PWindowObject &window, PEvent const &event) const;
-    int keyDown(PWindowObject &window, PEvent const &event) const;
-    int command(PWindowObject &window, PEvent const &event) const;
-    int scroll(PWindowObject &window, PEvent const &event) const;
-    int mouseMove(PWindowObject &window, PEvent const &event) const;
-    int mouseButton(PWindowObject &window, PEvent const &event) const;
-    int dropFiles(PWindowObject &window, PEvent const &event) const;
+    static int nothing(PWindowObject &window, PEvent const &event);
+    static int destroy(PWindowObject &window, PEvent const &event);
+    static int move(PWindowObject &window, PEvent const &event);
+    static int size(PWindowObject &window, PEvent const &event);
+    static int close(PWindowObject &window, PEvent const &event);
+    static int timer(PWindowObject &window, PEvent const &event);
+    static int broadcast(PWindowObject &window, PEvent const &event);
+    static int sysColors(PWindowObject &window, PEvent const &event);
+    static int setCursor(PWindowObject &window, PEvent const &event);
+    static int childFirst(PWindowObject &window, PEvent const &event);
+    static int notify(PWindowObject &window, PEvent const &event);
+    static int keyDown(PWindowObject &window, PEvent const &event);
+    static int command(PWindowObject &window, PEvent const &event);
+    static int scroll(PWindowObject &window, PEvent const &event);
+    static int mouseMove(PWindowObject &window, PEvent const &event);
+    static int mouseButton(PWindowObject &window, PEvent const &event);
+    static int dropFiles(PWindowObject &window, PEvent const &event);
 
     static void relayToTip(PWindowObject &window, PEvent const &event);
-    PWindowObject *objectOf(HWND handle) const { return lookup(PHHwnd(handle)); }
-
-    Lookup lookup;
+    // The object of a handle, binding a window under construction to its queued object.
+    static PWindowObject *objectOf(HWND handle) { return PWindow::getWinPtr(PHHwnd(handle)); }
+    // isValidWindow() for the object just read from hwnd. When the object holds that very
+    // handle, two of its three tests are answered already: the platform is calling this
+    // window's procedure, so the window exists, and its binding was read a moment ago.
+    static bool isLiveTarget(PWindowObject const &window, HWND hwnd)
+    {
+        return static_cast<HWND>(window.hwnd) == hwnd || window.isValidWindow();
+    }
+    // DefMDIChildProcA for an MDI child, else DefWindowProcA.
+    static WNDPROC defaultProcedureOf(PWindowObject const &window)
+    {
+        return window.isMDIChild ? DefMDIChildProcA : DefWindowProcA;
+    }
 };
 
 constexpr PDispatch::RouteTable::RouteTable() : routeOf()
@@ -136,7 +133,7 @@ const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
     &PRespond::mouseMDownEvent, &PRespond::mouseMUpEvent, &PRespond::mouseMDClickEvent,
 };
 
-int PDispatch::dispatch(PEvent const &event) const
+int PDispatch::dispatch(PEvent const &event)
 {
     PWindowObject *window = event.getWindow();
     if (!window)
@@ -153,7 +150,7 @@ int PDispatch::dispatch(PEvent const &event) const
 }
 
 // A dense switch: the compiler makes it a jump table.
-int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event) const
+int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
 {
     switch (id) {
     case nothingRoute: return nothing(window, event);
@@ -186,12 +183,12 @@ int PDispatch::claimOrProcess(PWindowObject &window, PEvent const &event, int ha
 }
 
 // Set-up belongs to setupWindow, after CreateWindowExA has returned.
-int PDispatch::nothing(PWindowObject &, PEvent const &) const
+int PDispatch::nothing(PWindowObject &, PEvent const &)
 {
     return 0;
 }
 
-int PDispatch::destroy(PWindowObject &window, PEvent const &event) const
+int PDispatch::destroy(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.destroyEvent(event));
 }
@@ -206,28 +203,28 @@ GPoint signedPoint(long lParam)
 
 } // namespace
 
-int PDispatch::move(PWindowObject &window, PEvent const &event) const
+int PDispatch::move(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.moveEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::size(PWindowObject &window, PEvent const &event) const
+int PDispatch::size(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.resizeEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::close(PWindowObject &window, PEvent const &event) const
+int PDispatch::close(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.closeEvent(event));
 }
 
-int PDispatch::timer(PWindowObject &window, PEvent const &event) const
+int PDispatch::timer(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.timerEvent());
 }
 
 // Children see only processEvent, with an event of their own, not a further dispatch.
-int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
+int PDispatch::broadcast(PWindowObject &window, PEvent const &event)
 {
     PList<PWindowObject *> const &children = window.getChildren();
     const unsigned int count = children.length();
@@ -240,7 +237,7 @@ int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
 
 // The window takes the new 3-D face colour as its background, whatever it had; its
 // children, reached by the broadcast alone, keep theirs. Only a PWindow has a background.
-int PDispatch::sysColors(PWindowObject &window, PEvent const &event) const
+int PDispatch::sysColors(PWindowObject &window, PEvent const &event)
 {
     PSysColorManager::instance();
     PSysColorManager::update();
@@ -250,7 +247,7 @@ int PDispatch::sysColors(PWindowObject &window, PEvent const &event) const
 }
 
 // Tells the window that the cursor has left, and lets the default procedure set the cursor.
-int PDispatch::setCursor(PWindowObject &, PEvent const &event) const
+int PDispatch::setCursor(PWindowObject &, PEvent const &event)
 {
     HWND underCursor = reinterpret_cast<HWND>(event.getWParam());
     if (underCursor != gLastWindow) {
@@ -261,7 +258,7 @@ int PDispatch::setCursor(PWindowObject &, PEvent const &event) const
     return 0;
 }
 
-int PDispatch::childFirst(PWindowObject &window, PEvent const &event) const
+int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -269,7 +266,7 @@ int PDispatch::childFirst(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::notify(PWindowObject &window, PEvent const &event) const
+int PDispatch::notify(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -298,7 +295,7 @@ int PDispatch::notify(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::keyDown(PWindowObject &window, PEvent const &event) const
+int PDispatch::keyDown(PWindowObject &window, PEvent const &event)
 {
     PAppInterface *app = window.getApp();
     if (window.isMouseCaptured() && app && app->capturedKeyEvent(event))
@@ -308,7 +305,7 @@ int PDispatch::keyDown(PWindowObject &window, PEvent const &event) const
 
 // A menu or accelerator command has lParam 0; a control's notification names the control.
 // A notification that nobody claims also falls to processCommandEvent.
-int PDispatch::command(PWindowObject &window, PEvent const &event) const
+int PDispatch::command(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -329,7 +326,7 @@ int PDispatch::command(PWindowObject &window, PEvent const &event) const
 
 // A scroll-bar control gets its own messages, which the platform sends to its parent: it is
 // told first, and the parent is asked all the same, whatever the control answered.
-int PDispatch::scroll(PWindowObject &window, PEvent const &event) const
+int PDispatch::scroll(PWindowObject &window, PEvent const &event)
 {
     const PScrollEvent scrollEvent(event);
     const bool horizontal = scrollEvent.isHorizontal();
@@ -365,7 +362,7 @@ void PDispatch::relayToTip(PWindowObject &window, PEvent const &event)
 
 // The general mouseEvent can swallow the specific handler. A mouse move cannot be claimed:
 // processEvent always runs after it.
-int PDispatch::mouseMove(PWindowObject &window, PEvent const &event) const
+int PDispatch::mouseMove(PWindowObject &window, PEvent const &event)
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -375,7 +372,7 @@ int PDispatch::mouseMove(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::mouseButton(PWindowObject &window, PEvent const &event) const
+int PDispatch::mouseButton(PWindowObject &window, PEvent const &event)
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -388,7 +385,7 @@ int PDispatch::mouseButton(PWindowObject &window, PEvent const &event) const
 }
 
 // Releasing the drop is the handler's duty.
-int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
+int PDispatch::dropFiles(PWindowObject &window, PEvent const &event)
 {
     HDROP drop = reinterpret_cast<HDROP>(event.getWParam());
     const int count = static_cast<int>(DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0));
@@ -398,20 +395,25 @@ int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT PDispatch::windowProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    PWindowObject *object = PWindow::getWinPtr(PHHwnd(hwnd));
-    if (!object || !PDispatch::isLiveTarget(*object, hwnd))
+    PWindowObject *object = objectOf(hwnd);
+    if (!object || !isLiveTarget(*object, hwnd))
         return DefWindowProcA(hwnd, message, wParam, lParam);
     // Chosen before the dispatch, which may end with the object deleted.
-    const WNDPROC defaultProcedure = PDispatch::defaultProcedureOf(*object);
-    const int result = PGeneralProc(PEvent(object, message, wParam, lParam));
+    const WNDPROC defaultProcedure = defaultProcedureOf(*object);
+    const int result = dispatch(PEvent(object, message, wParam, lParam));
     if (result)
         return result;
     return defaultProcedure(hwnd, message, wParam, lParam);
 }
 
+LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return PDispatch::windowProcedure(hwnd, message, wParam, lParam);
+}
+
 int PGeneralProc(PEvent const &event)
 {
-    return PDispatch(&PWindow::getWinPtr).dispatch(event);
+    return PDispatch::dispatch(event);
 }
