@@ -3,6 +3,7 @@
 #include "events/PAppInterface.h"
 #include "events/PEvent.h"
 #include "events/PWindowObject.h"
+#include "graphics/GDevice.h"
 #include "widgets/PSysColorManager.h"
 #include "windows/PWindow.h"
 
@@ -28,6 +29,7 @@ private:
         moveRoute,
         sizeRoute,
         closeRoute,
+        eraseRoute,
         broadcastRoute,
         sysColorRoute,
         setCursorRoute,
@@ -63,6 +65,7 @@ private:
     static int move(PWindowObject &window, PEvent const &event);
     static int size(PWindowObject &window, PEvent const &event);
     static int close(PWindowObject &window, PEvent const &event);
+    static int eraseBackground(PWindowObject &window, PEvent const &event);
     static int timer(PWindowObject &window, PEvent const &event);
     static int broadcast(PWindowObject &window, PEvent const &event);
     static int sysColors(PWindowObject &window, PEvent const &event);
@@ -93,6 +96,9 @@ private:
     }
 };
 
+// WM_PAINT and WM_MDIACTIVATE have no route of their own yet: the painter of a window and
+// the frame that tracks its active child come later. Until then they reach processEvent and
+// the default procedure, as any message without a row does.
 constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 {
     routeOf[WM_CREATE] = nothingRoute;
@@ -100,6 +106,7 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_MOVE] = moveRoute;
     routeOf[WM_SIZE] = sizeRoute;
     routeOf[WM_CLOSE] = closeRoute;
+    routeOf[WM_ERASEBKGND] = eraseRoute;
     routeOf[WM_SYSCOLORCHANGE] = sysColorRoute;
     routeOf[WM_SETTINGCHANGE] = broadcastRoute;
     routeOf[WM_SETCURSOR] = setCursorRoute;
@@ -158,6 +165,7 @@ int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
     case moveRoute: return move(window, event);
     case sizeRoute: return size(window, event);
     case closeRoute: return close(window, event);
+    case eraseRoute: return eraseBackground(window, event);
     case broadcastRoute: return broadcast(window, event);
     case sysColorRoute: return sysColors(window, event);
     case setCursorRoute: return setCursor(window, event);
@@ -221,6 +229,46 @@ int PDispatch::close(PWindowObject &window, PEvent const &event)
 int PDispatch::timer(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.timerEvent());
+}
+
+namespace {
+
+// The device context that WM_ERASEBKGND hands over; its state comes back when this goes.
+class BackgroundDevice : public GDevice {
+public:
+    explicit BackgroundDevice(HDC handle)
+    {
+        dc = handle;
+        initObjects();
+    }
+    GPoint getDeviceArea() override { return GPoint(); }
+};
+
+} // namespace
+
+// processEvent may take the erasing over, but only with exactly 1. Otherwise the update
+// rectangle, one unit larger to the right and below, is filled with the window's background
+// and no outline; an update region no more than 1 unit wide or high is left to the default
+// procedure. Only a PWindow has a background: any other window gets the default procedure.
+int PDispatch::eraseBackground(PWindowObject &window, PEvent const &event)
+{
+    if (window.processEvent(event) == 1)
+        return 1;
+    RECT update;
+    if (!GetUpdateRect(window, &update, TRUE))
+        return 1;
+    if (update.right - update.left <= 1 || update.bottom - update.top <= 1)
+        return 0;
+    PWindow *withBackground = dynamic_cast<PWindow *>(&window);
+    if (!withBackground)
+        return 0;
+    const GRect area(update.left, update.top, update.right + 1.0, update.bottom + 1.0);
+    BackgroundDevice device(reinterpret_cast<HDC>(event.getWParam()));
+    device.setPen(GPen::Null);
+    device.setBrush(withBackground->getBackground());
+    Rectangle(device, truncateCoord(area.lVal()), truncateCoord(area.tVal()), truncateCoord(area.rVal()),
+              truncateCoord(area.bVal()));
+    return 1;
 }
 
 // Children see only processEvent, with an event of their own, not a further dispatch.

@@ -71,6 +71,51 @@ TEST(PWindowDispatch, ASystemColourChangeGivesTheWindowTheFaceColourButNotItsChi
     window->shutDownWindow();
 }
 
+// Takes the erasing over when told to, by the answer of processEvent.
+class ErasingWindow : public PWindow {
+public:
+    explicit ErasingWindow(PAppInterface *app) : PWindow(nullptr, "erase", app, WS_VISIBLE) {}
+    int processEvent(PEvent const &event) override { return event.getMessage() == WM_ERASEBKGND ? answer : 0; }
+    int answer = 0;
+};
+
+TEST(PWindowDispatch, ErasingFillsTheUpdateRectangleWithTheBackgroundUnlessClaimedWithOne)
+{
+    TestApp app;
+    ErasingWindow *window = new ErasingWindow(&app);
+    window->setSize(200, 150);
+    ASSERT_TRUE(window->registerWindow());
+    ASSERT_TRUE(window->create());
+    window->setBackground(GBrush(GColor(255, 0, 0)));
+    UpdateWindow(*window);
+    HDC dc = GetDC(*window);
+    const COLORREF red = RGB(255, 0, 0);
+    auto erase = [&](RECT area) {
+        ValidateRect(*window, nullptr);
+        InvalidateRect(*window, &area, FALSE);
+        return PGeneralProc(PEvent(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0));
+    };
+
+    window->answer = 1;
+    EXPECT_EQ(erase(RECT{10, 10, 50, 50}), 1);
+    EXPECT_NE(GetPixel(dc, 30, 30), red);
+    // Any other answer, even another non-zero one, still paints: exactly the update rectangle.
+    window->answer = 2;
+    EXPECT_EQ(erase(RECT{10, 10, 50, 50}), 1);
+    EXPECT_EQ(GetPixel(dc, 10, 10), red);
+    EXPECT_EQ(GetPixel(dc, 49, 49), red);
+    EXPECT_NE(GetPixel(dc, 50, 50), red);
+    EXPECT_NE(GetPixel(dc, 9, 30), red);
+    // One unit wide is the default procedure's; no update region at all is answered at once.
+    EXPECT_EQ(erase(RECT{60, 10, 61, 50}), 0);
+    ValidateRect(*window, nullptr);
+    EXPECT_EQ(PGeneralProc(PEvent(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(dc), 0)), 1);
+    // The device context comes back as it was handed over.
+    EXPECT_EQ(GetCurrentObject(dc, OBJ_PEN), GetStockObject(BLACK_PEN));
+    ReleaseDC(*window, dc);
+    window->shutDownWindow();
+}
+
 TEST(PWindowDispatch, TheLoopTranslatesAcceleratorsInsteadOfDispatchingTheKey)
 {
     TestApp app;
