@@ -38,8 +38,7 @@ private:
         keyDownRoute,
         commandRoute,
         timerRoute,
-        hScrollRoute,
-        vScrollRoute,
+        scrollRoute,
         mouseMoveRoute,
         mouseButtonRoute,
         dropFilesRoute,
@@ -121,8 +120,8 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_KEYDOWN] = keyDownRoute;
     routeOf[WM_COMMAND] = commandRoute;
     routeOf[WM_TIMER] = timerRoute;
-    routeOf[WM_HSCROLL] = hScrollRoute;
-    routeOf[WM_VSCROLL] = vScrollRoute;
+    routeOf[WM_HSCROLL] = scrollRoute;
+    routeOf[WM_VSCROLL] = scrollRoute;
     routeOf[WM_MOUSEMOVE] = mouseMoveRoute;
     for (unsigned int message = WM_LBUTTONDOWN; message <= WM_MBUTTONDBLCLK; ++message)
         routeOf[message] = mouseButtonRoute;
@@ -130,8 +129,6 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 }
 
 const PDispatch::RouteTable PDispatch::theTable;
-
-
 
 // In message order, from WM_LBUTTONDOWN to WM_MBUTTONDBLCLK.
 const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
@@ -174,8 +171,7 @@ int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
     case keyDownRoute: return keyDown(window, event);
     case commandRoute: return command(window, event);
     case timerRoute: return timer(window, event);
-    case hScrollRoute:
-    case vScrollRoute: return scroll(window, event);
+    case scrollRoute: return scroll(window, event);
     case mouseMoveRoute: return mouseMove(window, event);
     case mouseButtonRoute: return mouseButton(window, event);
     case dropFilesRoute: return dropFiles(window, event);
