@@ -8,17 +8,16 @@
 
 #include <new>
 
+// The scrolling policy joins the library after the window; until then a window keeps a
+// scroller without consulting it.
 #if __has_include("widgets/PScroller.h")
 #include "widgets/PScroller.h"
-#define TESKWIN_HAS_SCROLLER 1
 #endif
 
 namespace {
 
 // Read once at load: a change of the system colours later leaves new windows with it.
 const GBrush theDefaultBackground(GColor(static_cast<unsigned long>(GetSysColor(COLOR_WINDOW))));
-
-const unsigned long overlappedStyle = WS_OVERLAPPEDWINDOW;
 
 HINSTANCE instanceOf(PAppInterface *app)
 {
@@ -45,7 +44,7 @@ PQueue<PWindowObject *> PWindow::theCreatedQueue;
 PWindow::PWindow(PWindowObject *parent, PString const &caption, PAppInterface *app)
     : PWindowObject(parent, app), cursor(cursorArrow), background(theDefaultBackground)
 {
-    initFields(overlappedStyle);
+    initFields(WS_OVERLAPPEDWINDOW);
     this->caption = caption;
     if (!parent || !parent->isMDIFrame) {
         style |= WS_VISIBLE;
@@ -58,7 +57,7 @@ PWindow::PWindow(PWindowObject *parent, PString const &caption, PAppInterface *a
 PWindow::PWindow(PWindowObject *parent, PString const &caption, PAppInterface *app, unsigned long style)
     : PWindowObject(parent, app), cursor(cursorArrow), background(theDefaultBackground)
 {
-    initFields(overlappedStyle | style);
+    initFields(WS_OVERLAPPEDWINDOW | style);
     this->caption = caption;
     if (parent && parent->isMDIFrame) {
         isMDIChild = 1;
@@ -69,14 +68,14 @@ PWindow::PWindow(PWindowObject *parent, PString const &caption, PAppInterface *a
 PWindow::PWindow(PString const &caption, PString const &menuName, PAppInterface *app)
     : PWindowObject(nullptr, app), cursor(cursorArrow), menu(menuName, app), background(theDefaultBackground)
 {
-    initFields(WS_VISIBLE | overlappedStyle);
+    initFields(WS_VISIBLE | WS_OVERLAPPEDWINDOW);
     this->caption = caption;
 }
 
 PWindow::PWindow(HWND handle, PAppInterface *app)
     : PWindowObject(nullptr, app), cursor(cursorArrow), background(theDefaultBackground)
 {
-    initFields(WS_VISIBLE | overlappedStyle);
+    initFields(WS_VISIBLE | WS_OVERLAPPEDWINDOW);
     // Not the library's window procedure: the host keeps its own.
     defaultProc = nullptr;
     if (!isHostWindow(handle))
@@ -427,7 +426,7 @@ PScroller *PWindow::getScroller()
     return scroller;
 }
 
-#ifdef TESKWIN_HAS_SCROLLER
+#if __has_include("widgets/PScroller.h")
 
 void PWindow::setScroller(PScroller *scroller)
 {
@@ -473,8 +472,8 @@ void PWindow::processAutoScrolling()
 
 #else
 
-// Until the scrolling policy is part of the library a scroller is only kept, and the
-// window scrolls by the platform's default handling.
+// Without the scrolling policy: the scroller is kept, and the platform's default handling
+// scrolls the window.
 void PWindow::setScroller(PScroller *scroller)
 {
     this->scroller = scroller;

@@ -27,7 +27,13 @@
 class PScroller;
 
 class TESKWIN_API PWindow : public PWindowObject {
-    // The dispatch of PWindowProc looks handles up through getWinPtr.
+    // The window procedure and its dispatch look handles up through getWinPtr. A friend
+    // declaration cannot repeat the import attribute, which GCC would otherwise warn about.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wattributes"
+    friend LRESULT CALLBACK ::PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    friend int ::PGeneralProc(PEvent const &event);
+#pragma GCC diagnostic pop
     friend class PDispatch;
 
 public:

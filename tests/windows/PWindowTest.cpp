@@ -9,35 +9,13 @@ namespace {
 
 KeyedTestApp theApp;
 
-// The object that the first message of the newest window found, and that message.
-PWindowObject *firstObject = nullptr;
-UINT firstMessage = 0;
-
-// Looks every handle up through the window's own lookup (which binds a window under
-// construction to the oldest queued object) before the shared procedure sees the message.
-LRESULT CALLBACK bindingProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
-{
-    static PWindow probe(nullptr, PString("probe"), &theApp, 0);
-    bool known = PWindowObject::getWinPtr(PHHwnd(hwnd)) != nullptr;
-    PWindowObject *object = probe.findWinPtr(PHHwnd(hwnd));
-    if (!known) {
-        firstObject = object;
-        firstMessage = message;
-    }
-    return PWindowProc(hwnd, message, wParam, lParam);
-}
-
 class TestWindow : public PWindow {
 public:
     TestWindow(PWindowObject *parent, unsigned long style = WS_VISIBLE)
         : PWindow(parent, PString("test window"), &theApp, style)
     {
-        defaultProc = bindingProc;
     }
-    TestWindow(PString const &menuName) : PWindow(PString("menu window"), menuName, &theApp)
-    {
-        defaultProc = bindingProc;
-    }
+    explicit TestWindow(PString const &menuName) : PWindow(PString("menu window"), menuName, &theApp) {}
 
     char *getClassName() override
     {
@@ -51,6 +29,24 @@ public:
     int foreign() const { return isForeign; }
     void makeMDIFrame() { isMDIFrame = 1; }
     GRect const &lastClientRect() const { return clientRect; }
+
+    // Counts the events that reach the object, from the first message of its window on.
+    int processEvent(PEvent const &event) override
+    {
+        if (!createReturned)
+            ++eventsDuringCreate;
+        return PWindow::processEvent(event);
+    }
+
+    int create() override
+    {
+        int created = PWindow::create();
+        createReturned = true;
+        return created;
+    }
+
+    int eventsDuringCreate = 0;
+    bool createReturned = false;
 };
 
 // A window of its own class, created and registered, at (x, y) with the given size.
@@ -79,8 +75,8 @@ TEST(PWindow, CreationBindsTheQueuedObject)
     TestWindow *window = createdWindow(300, 50);
     HWND handle = *window;
     ASSERT_NE(nullptr, handle);
-    EXPECT_EQ(window, firstObject);
-    EXPECT_NE(0u, firstMessage);
+    // Bound by the first message, long before CreateWindowExA returned.
+    EXPECT_GT(window->eventsDuringCreate, 0);
     EXPECT_EQ(window, PWindowObject::getWinPtr(PHHwnd(handle)));
     EXPECT_EQ(1, window->isValidWindow());
     EXPECT_TRUE(PWindow::theCreatedQueue.isEmpty());
