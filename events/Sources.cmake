@@ -1,0 +1,1 @@
+teskwin_classes(events PError PEvent PRespond PWindowProc PWindowObject PAppInterface)

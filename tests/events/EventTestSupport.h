@@ -1,0 +1,131 @@
+// EventTestSupport.h - an application and window objects that record what reaches them.
+//
+//   TestApp          a PAppInterface whose answers the tests set and whose calls they count
+//   RecordingWindow  a PWindowObject on a real window of the class "EventsTestWindow", run by
+//                    PWindowProc; every handler appends a line to a shared log
+#pragma once
+
+#include "events/PAppInterface.h"
+#include "events/PWindowObject.h"
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+class TestApp : public PAppInterface {
+public:
+    ~TestApp() = default;
+
+    int idleAction() override { return ++idleCount; }
+    PWindowObject *createMainWindow() override { return nullptr; }
+    PWindowObject *getMainWindow() override { return mainWindow; }
+    void setMainWindow(PWindowObject *window) override { mainWindow = window; }
+    PStatusBar *getStatusBar() override { return nullptr; }
+    void showMainWindow(int command) override { shownCommand = command; }
+    PProgressBar *getProgressBar() override { return nullptr; }
+    int canExit() override { ++exitAsked; return exitAllowed; }
+    void setProgressBar(PProgressBar *) override {}
+    PAccel *getAccelerators() override { return accelerators; }
+    void setAccelerators(PAccel *value) override { accelerators = value; }
+    unsigned long getHelpContext() override { return 0; }
+    void setHelpContext(unsigned long) override {}
+    int hotKeyEvent(PEvent const &event) override { hotKeys.push_back(event.getWParam()); return hotKeyAnswer; }
+    int capturedKeyEvent(PEvent const &event) override { capturedKeys.push_back(event.getWParam()); return capturedKeyAnswer; }
+
+    HINSTANCE getInstance() const override { return GetModuleHandleA(nullptr); }
+    HINSTANCE getResourceModule() const override { return GetModuleHandleA(nullptr); }
+    PString getCommandLine() const override { return PString(); }
+    int getShowCommand() const override { return SW_SHOW; }
+    PString getProgramPath() const override { return PString(); }
+    PString getAppName() const override { return PString("EventsTest"); }
+    PString getCompanyName() const override { return PString(); }
+    PString getVersion() const override { return PString(); }
+    PString getHelpFile() const override { return PString(); }
+    PString getWorkingFolder() const override { return PString(); }
+    PString getTempPrefix() const override { return PString(); }
+    int getLanguage() const override { return 0; }
+    int getCodePage() const override { return 0; }
+    int isInteractive() const override { return 0; }
+    int initInstance() override { return 1; }
+    int run() override { return 0; }
+    int exitInstance() override { return 0; }
+    int getExitCode() const override { return 0; }
+    void setExitCode(int) override {}
+
+    PWindowObject *mainWindow = nullptr;
+    PAccel *accelerators = nullptr;
+    int idleCount = 0;
+    int exitAllowed = 1;
+    int exitAsked = 0;
+    int shownCommand = -1;
+    int hotKeyAnswer = 0;
+    int capturedKeyAnswer = 0;
+    std::vector<unsigned int> hotKeys;
+    std::vector<unsigned int> capturedKeys;
+};
+
+using EventLog = std::vector<std::string>;
+
+class RecordingWindow : public PWindowObject {
+public:
+    static const char *const className;
+
+    RecordingWindow(PWindowObject *parent, PAppInterface *app, EventLog &log, std::string name);
+    ~RecordingWindow() override;
+
+    char *getClassName() override { return const_cast<char *>(className); }
+    void getWindowClass(tagWNDCLASSA &windowClass) override;
+    // A child window for a parent with a window, else a top-level one; bound once created.
+    int create() override;
+    int getId() override { return testId; }
+
+    int processEvent(PEvent const &event) override;
+    int processCommandEvent(PEvent const &event) override;
+    int processNotificationEvent(PEvent const &event) override;
+    int timerEvent() override;
+    int resizeEvent(GPoint const &size) override;
+    int moveEvent(GPoint const &position) override;
+    int hScrollEvent(unsigned int code, int position) override;
+    int vScrollEvent(unsigned int code, int position) override;
+    int scrollEvent(PScrollEvent const &event) override;
+    int mouseEvent(PMouseEvent const &event) override;
+    int notifyEvent(PNotifyEvent const &event) override;
+    int commandEvent(PCommandEvent const &event) override;
+    int mouseMoveEvent(GPoint const &position, unsigned short flags) override;
+    int mouseLDownEvent(unsigned short flags, GPoint const &position) override;
+    int mouseLUpEvent(unsigned short flags, GPoint const &position) override;
+    int mouseRDClickEvent(unsigned short flags, GPoint const &position) override;
+    int closeEvent(PEvent const &event) override;
+    int destroyEvent(PEvent const &event) override;
+    int canClose() override;
+    void shutDownWindow() override;
+    int onChildCommand(unsigned int notification) override;
+    int vKeyToItem(unsigned int key, unsigned int caret) override;
+
+    // The answer of the handler of that name ("mouseEvent", "processEvent" ...); 0 unless set.
+    void answer(std::string const &handler, int value);
+    int answerOf(std::string const &handler) const;
+
+    using PWindowObject::eventLoop;
+    using PWindowObject::eventLoopOnce;
+    int loopState() const { return eventLoopState; }
+    void setLoopState(int state) { eventLoopState = state; }
+    void bind(HWND handle);
+
+    std::string name;
+    int testId = 0;
+    int created = 1;
+    int *deletions = nullptr;
+
+private:
+    void record(std::string const &line);
+
+    EventLog &log;
+    std::vector<std::pair<std::string, int>> answers;
+};
+
+// Registers the test class once.
+void registerTestClass(TestApp &app);
+// Sends every queued message of the thread to its window.
+void pumpMessages();
