@@ -132,13 +132,9 @@ TEST(PWindow, ConstructorsChooseStyles)
 {
     TestWindow plain(nullptr, 0);
     EXPECT_EQ(static_cast<unsigned long>(WS_OVERLAPPEDWINDOW), plain.storedStyle());
-    TestWindow child(&plain, WS_CHILD);
-    EXPECT_EQ(static_cast<unsigned long>(WS_OVERLAPPEDWINDOW | WS_CHILD), child.storedStyle());
     TestWindow withMenu(PString("TESTMENU"));
     EXPECT_EQ(static_cast<unsigned long>(WS_VISIBLE | WS_OVERLAPPEDWINDOW), withMenu.storedStyle());
     EXPECT_EQ(1, withMenu.getMenu().isValid());
-    PWindow visible(nullptr, PString("v"), &theApp);
-    EXPECT_EQ(GPoint(static_cast<int>(CW_USEDEFAULT), static_cast<int>(CW_USEDEFAULT)), visible.getLocation());
 }
 
 TEST(PWindow, ChildIdentifierTravelsInTheMenuRecord)
