@@ -16,6 +16,12 @@ POINT truncated(GPoint const &point)
     return POINT{truncateCoord(point.getX()), truncateCoord(point.getY())};
 }
 
+// The target of a message; a null target is the null handle, which the platform refuses.
+HWND handleOf(PWindowObject const *target)
+{
+    return target ? static_cast<HWND>(*target) : nullptr;
+}
+
 } // namespace
 
 PPairDictionary<PHHwnd, PHashablePointer<PWindowObject>> PWindowObject::theWinTable;
@@ -74,8 +80,12 @@ PWindowObject &PWindowObject::operator=(PWindowObject const &other)
     app = other.app;
     id = other.id;
     parent = other.parent;
-    if (other.tipText)
+    if (other.tipText) {
         setTipText(*other.tipText);
+    } else {
+        delete tipText;
+        tipText = nullptr;
+    }
     tipWindow = other.tipWindow;
     return *this;
 }
@@ -698,23 +708,23 @@ void PWindowObject::stopEventLoop()
 void PWindowObject::sendEvent(PWindowObject *target, PEvent const &event)
 {
     if (isValidWindow())
-        SendMessageA(*target, event.getMessage(), event.getWParam(), event.getLParam());
+        SendMessageA(handleOf(target), event.getMessage(), event.getWParam(), event.getLParam());
 }
 
 void PWindowObject::postEvent(PWindowObject *target, PEvent const &event)
 {
     if (isValidWindow())
-        PostMessageA(*target, event.getMessage(), event.getWParam(), event.getLParam());
+        PostMessageA(handleOf(target), event.getMessage(), event.getWParam(), event.getLParam());
 }
 
 void PWindowObject::sendCommandEvent(PWindowObject *target, unsigned short commandId, long lParam)
 {
     if (isValidWindow())
-        SendMessageA(*target, WM_COMMAND, commandId, lParam);
+        SendMessageA(handleOf(target), WM_COMMAND, commandId, lParam);
 }
 
 void PWindowObject::postCommandEvent(PWindowObject *target, unsigned short commandId, long lParam)
 {
     if (isValidWindow())
-        PostMessageA(*target, WM_COMMAND, commandId, lParam);
+        PostMessageA(handleOf(target), WM_COMMAND, commandId, lParam);
 }

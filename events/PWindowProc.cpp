@@ -3,6 +3,8 @@
 #include "events/PAppInterface.h"
 #include "events/PEvent.h"
 #include "events/PWindowObject.h"
+#include "graphics/GDevice.h"
+#include "widgets/PSysColorManager.h"
 #include "windows/PWindow.h"
 
 #include <commctrl.h>
@@ -10,39 +12,33 @@
 
 #include <cstring>
 
-// The routes of the dispatch table. A class rather than free functions so that it can be
-// PRespond's one friend: only the dispatch reaches dropEvent. It holds the lookup of
-// handles, which binds a window under construction to its queued object and is private to
-// PWindow, so that PGeneralProc, which PWindow trusts, hands it over.
+// The window procedure and the routes of the dispatch table. A class rather than free
+// functions so that it can be the friend of PRespond (only the dispatch reaches dropEvent),
+// of PWindowObject (the default procedure) and of PWindow (the lookup that binds a window
+// under construction).
 class PDispatch {
 public:
-    using Lookup = PWindowObject *(*)(PHHwnd const &handle);
-
-    explicit PDispatch(Lookup lookup) : lookup(lookup) {}
-    int dispatch(PEvent const &event) const;
-    // DefMDIChildProcA for an MDI child, else DefWindowProcA.
-    static WNDPROC defaultProcedureOf(PWindowObject const &window)
-    {
-        return window.isMDIChild ? DefMDIChildProcA : DefWindowProcA;
-    }
+    static LRESULT windowProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+    static int dispatch(PEvent const &event);
 
 private:
     enum RouteId : unsigned char {
-        processRoute, // any message without a row of its own
+        processRoute, // any message without a row of its own: processEvent
         nothingRoute,
         destroyRoute,
         moveRoute,
         sizeRoute,
         closeRoute,
+        eraseRoute,
         broadcastRoute,
+        sysColorRoute,
         setCursorRoute,
         childFirstRoute,
         notifyRoute,
         keyDownRoute,
         commandRoute,
         timerRoute,
-        hScrollRoute,
-        vScrollRoute,
+        scrollRoute,
         mouseMoveRoute,
         mouseButtonRoute,
         dropFilesRoute,
@@ -56,38 +52,52 @@ private:
         unsigned char routeOf[tableSize];
         constexpr RouteTable();
     };
-    using Route = int (PDispatch::*)(PWindowObject &window, PEvent const &event) const;
     static const RouteTable theTable;
-    static const Route theRoutes[routeCount];
 
     using ButtonHandler = int (PRespond::*)(unsigned short flags, GPoint const &position);
     static const ButtonHandler theButtonHandlers[WM_MBUTTONDBLCLK - WM_LBUTTONDOWN + 1];
 
-    int process(PWindowObject &window, PEvent const &event) const;
+    static int route(RouteId id, PWindowObject &window, PEvent const &event);
     static int claimOrProcess(PWindowObject &window, PEvent const &event, int handled);
-    int nothing(PWindowObject &window, PEvent const &event) const;
-    int destroy(PWindowObject &window, PEvent const &event) const;
-    int move(PWindowObject &window, PEvent const &event) const;
-    int size(PWindowObject &window, PEvent const &event) const;
-    int close(PWindowObject &window, PEvent const &event) const;
-    int timer(PWindowObject &window, PEvent const &event) const;
-    int broadcast(PWindowObject &window, PEvent const &event) const;
-    int setCursor(PWindowObject &window, PEvent const &event) const;
-    int childFirst(PWindowObject &window, PEvent const &event) const;
-    int notify(PWindowObject &window, PEvent const &event) const;
-    int keyDown(PWindowObject &window, PEvent const &event) const;
-    int command(PWindowObject &window, PEvent const &event) const;
-    int scroll(PWindowObject &window, PEvent const &event) const;
-    int mouseMove(PWindowObject &window, PEvent const &event) const;
-    int mouseButton(PWindowObject &window, PEvent const &event) const;
-    int dropFiles(PWindowObject &window, PEvent const &event) const;
+    static int nothing(PWindowObject &window, PEvent const &event);
+    static int destroy(PWindowObject &window, PEvent const &event);
+    static int move(PWindowObject &window, PEvent const &event);
+    static int size(PWindowObject &window, PEvent const &event);
+    static int close(PWindowObject &window, PEvent const &event);
+    static int eraseBackground(PWindowObject &window, PEvent const &event);
+    static int timer(PWindowObject &window, PEvent const &event);
+    static int broadcast(PWindowObject &window, PEvent const &event);
+    static int sysColors(PWindowObject &window, PEvent const &event);
+    static int setCursor(PWindowObject &window, PEvent const &event);
+    static int childFirst(PWindowObject &window, PEvent const &event);
+    static int notify(PWindowObject &window, PEvent const &event);
+    static int keyDown(PWindowObject &window, PEvent const &event);
+    static int command(PWindowObject &window, PEvent const &event);
+    static int scroll(PWindowObject &window, PEvent const &event);
+    static int mouseMove(PWindowObject &window, PEvent const &event);
+    static int mouseButton(PWindowObject &window, PEvent const &event);
+    static int dropFiles(PWindowObject &window, PEvent const &event);
 
     static void relayToTip(PWindowObject &window, PEvent const &event);
-    PWindowObject *objectOf(HWND handle) const { return lookup(PHHwnd(handle)); }
-
-    Lookup lookup;
+    // The object of a handle, binding a window under construction to its queued object.
+    static PWindowObject *objectOf(HWND handle) { return PWindow::getWinPtr(PHHwnd(handle)); }
+    // isValidWindow() for the object just read from hwnd. When the object holds that very
+    // handle, two of its three tests are answered already: the platform is calling this
+    // window's procedure, so the window exists, and its binding was read a moment ago.
+    static bool isLiveTarget(PWindowObject const &window, HWND hwnd)
+    {
+        return static_cast<HWND>(window.hwnd) == hwnd || window.isValidWindow();
+    }
+    // DefMDIChildProcA for an MDI child, else DefWindowProcA.
+    static WNDPROC defaultProcedureOf(PWindowObject const &window)
+    {
+        return window.isMDIChild ? DefMDIChildProcA : DefWindowProcA;
+    }
 };
 
+// WM_PAINT and WM_MDIACTIVATE have no route of their own yet: the painter of a window and
+// the frame that tracks its active child come later. Until then they reach processEvent and
+// the default procedure, as any message without a row does.
 constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 {
     routeOf[WM_CREATE] = nothingRoute;
@@ -95,7 +105,8 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_MOVE] = moveRoute;
     routeOf[WM_SIZE] = sizeRoute;
     routeOf[WM_CLOSE] = closeRoute;
-    routeOf[WM_SYSCOLORCHANGE] = broadcastRoute;
+    routeOf[WM_ERASEBKGND] = eraseRoute;
+    routeOf[WM_SYSCOLORCHANGE] = sysColorRoute;
     routeOf[WM_SETTINGCHANGE] = broadcastRoute;
     routeOf[WM_SETCURSOR] = setCursorRoute;
     routeOf[WM_DRAWITEM] = childFirstRoute;
@@ -109,8 +120,8 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_KEYDOWN] = keyDownRoute;
     routeOf[WM_COMMAND] = commandRoute;
     routeOf[WM_TIMER] = timerRoute;
-    routeOf[WM_HSCROLL] = hScrollRoute;
-    routeOf[WM_VSCROLL] = vScrollRoute;
+    routeOf[WM_HSCROLL] = scrollRoute;
+    routeOf[WM_VSCROLL] = scrollRoute;
     routeOf[WM_MOUSEMOVE] = mouseMoveRoute;
     for (unsigned int message = WM_LBUTTONDOWN; message <= WM_MBUTTONDBLCLK; ++message)
         routeOf[message] = mouseButtonRoute;
@@ -119,14 +130,6 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 
 const PDispatch::RouteTable PDispatch::theTable;
 
-const PDispatch::Route PDispatch::theRoutes[routeCount] = {
-    &PDispatch::process,    &PDispatch::nothing,     &PDispatch::destroy,    &PDispatch::move,
-    &PDispatch::size,       &PDispatch::close,       &PDispatch::broadcast,  &PDispatch::setCursor,
-    &PDispatch::childFirst, &PDispatch::notify,      &PDispatch::keyDown,    &PDispatch::command,
-    &PDispatch::timer,      &PDispatch::scroll,      &PDispatch::scroll,     &PDispatch::mouseMove,
-    &PDispatch::mouseButton, &PDispatch::dropFiles,
-};
-
 // In message order, from WM_LBUTTONDOWN to WM_MBUTTONDBLCLK.
 const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
     &PRespond::mouseLDownEvent, &PRespond::mouseLUpEvent, &PRespond::mouseLDClickEvent,
@@ -134,14 +137,14 @@ const PDispatch::ButtonHandler PDispatch::theButtonHandlers[] = {
     &PRespond::mouseMDownEvent, &PRespond::mouseMUpEvent, &PRespond::mouseMDClickEvent,
 };
 
-int PDispatch::dispatch(PEvent const &event) const
+int PDispatch::dispatch(PEvent const &event)
 {
     PWindowObject *window = event.getWindow();
     if (!window)
         return 1;
     const unsigned int message = event.getMessage();
     if (message < tableSize)
-        return (this->*theRoutes[theTable.routeOf[message]])(*window, event);
+        return route(static_cast<RouteId>(theTable.routeOf[message]), *window, event);
     if (message == WM_HOTKEY) {
         // A hot key belongs to the application, whichever window it arrives at.
         PAppInterface *app = window->getApp();
@@ -150,8 +153,31 @@ int PDispatch::dispatch(PEvent const &event) const
     return window->processEvent(event);
 }
 
-int PDispatch::process(PWindowObject &window, PEvent const &event) const
+// A dense switch: the compiler makes it a jump table.
+int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
 {
+    switch (id) {
+    case nothingRoute: return nothing(window, event);
+    case destroyRoute: return destroy(window, event);
+    case moveRoute: return move(window, event);
+    case sizeRoute: return size(window, event);
+    case closeRoute: return close(window, event);
+    case eraseRoute: return eraseBackground(window, event);
+    case broadcastRoute: return broadcast(window, event);
+    case sysColorRoute: return sysColors(window, event);
+    case setCursorRoute: return setCursor(window, event);
+    case childFirstRoute: return childFirst(window, event);
+    case notifyRoute: return notify(window, event);
+    case keyDownRoute: return keyDown(window, event);
+    case commandRoute: return command(window, event);
+    case timerRoute: return timer(window, event);
+    case scrollRoute: return scroll(window, event);
+    case mouseMoveRoute: return mouseMove(window, event);
+    case mouseButtonRoute: return mouseButton(window, event);
+    case dropFilesRoute: return dropFiles(window, event);
+    case processRoute:
+    case routeCount: break;
+    }
     return window.processEvent(event);
 }
 
@@ -161,12 +187,12 @@ int PDispatch::claimOrProcess(PWindowObject &window, PEvent const &event, int ha
 }
 
 // Set-up belongs to setupWindow, after CreateWindowExA has returned.
-int PDispatch::nothing(PWindowObject &, PEvent const &) const
+int PDispatch::nothing(PWindowObject &, PEvent const &)
 {
     return 0;
 }
 
-int PDispatch::destroy(PWindowObject &window, PEvent const &event) const
+int PDispatch::destroy(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.destroyEvent(event));
 }
@@ -181,28 +207,68 @@ GPoint signedPoint(long lParam)
 
 } // namespace
 
-int PDispatch::move(PWindowObject &window, PEvent const &event) const
+int PDispatch::move(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.moveEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::size(PWindowObject &window, PEvent const &event) const
+int PDispatch::size(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.resizeEvent(signedPoint(event.getLParam())));
 }
 
-int PDispatch::close(PWindowObject &window, PEvent const &event) const
+int PDispatch::close(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.closeEvent(event));
 }
 
-int PDispatch::timer(PWindowObject &window, PEvent const &event) const
+int PDispatch::timer(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.timerEvent());
 }
 
+namespace {
+
+// The device context that WM_ERASEBKGND hands over; its state comes back when this goes.
+class BackgroundDevice : public GDevice {
+public:
+    explicit BackgroundDevice(HDC handle)
+    {
+        dc = handle;
+        initObjects();
+    }
+    GPoint getDeviceArea() override { return GPoint(); }
+};
+
+} // namespace
+
+// processEvent may take the erasing over, but only with exactly 1. Otherwise the update
+// rectangle, one unit larger to the right and below, is filled with the window's background
+// and no outline; an update region no more than 1 unit wide or high is left to the default
+// procedure. Only a PWindow has a background: any other window gets the default procedure.
+int PDispatch::eraseBackground(PWindowObject &window, PEvent const &event)
+{
+    if (window.processEvent(event) == 1)
+        return 1;
+    RECT update;
+    if (!GetUpdateRect(window, &update, TRUE))
+        return 1;
+    if (update.right - update.left <= 1 || update.bottom - update.top <= 1)
+        return 0;
+    PWindow *withBackground = dynamic_cast<PWindow *>(&window);
+    if (!withBackground)
+        return 0;
+    const GRect area(update.left, update.top, update.right + 1.0, update.bottom + 1.0);
+    BackgroundDevice device(reinterpret_cast<HDC>(event.getWParam()));
+    device.setPen(GPen::Null);
+    device.setBrush(withBackground->getBackground());
+    Rectangle(device, truncateCoord(area.lVal()), truncateCoord(area.tVal()), truncateCoord(area.rVal()),
+              truncateCoord(area.bVal()));
+    return 1;
+}
+
 // Children see only processEvent, with an event of their own, not a further dispatch.
-int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
+int PDispatch::broadcast(PWindowObject &window, PEvent const &event)
 {
     PList<PWindowObject *> const &children = window.getChildren();
     const unsigned int count = children.length();
@@ -213,8 +279,19 @@ int PDispatch::broadcast(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
+// The window takes the new 3-D face colour as its background, whatever it had; its
+// children, reached by the broadcast alone, keep theirs. Only a PWindow has a background.
+int PDispatch::sysColors(PWindowObject &window, PEvent const &event)
+{
+    PSysColorManager::instance();
+    PSysColorManager::update();
+    if (PWindow *withBackground = dynamic_cast<PWindow *>(&window))
+        withBackground->setBackground(GBrush(PSysColorManager::getFace3D()));
+    return broadcast(window, event);
+}
+
 // Tells the window that the cursor has left, and lets the default procedure set the cursor.
-int PDispatch::setCursor(PWindowObject &, PEvent const &event) const
+int PDispatch::setCursor(PWindowObject &, PEvent const &event)
 {
     HWND underCursor = reinterpret_cast<HWND>(event.getWParam());
     if (underCursor != gLastWindow) {
@@ -225,7 +302,7 @@ int PDispatch::setCursor(PWindowObject &, PEvent const &event) const
     return 0;
 }
 
-int PDispatch::childFirst(PWindowObject &window, PEvent const &event) const
+int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -233,7 +310,7 @@ int PDispatch::childFirst(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::notify(PWindowObject &window, PEvent const &event) const
+int PDispatch::notify(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -262,7 +339,7 @@ int PDispatch::notify(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::keyDown(PWindowObject &window, PEvent const &event) const
+int PDispatch::keyDown(PWindowObject &window, PEvent const &event)
 {
     PAppInterface *app = window.getApp();
     if (window.isMouseCaptured() && app && app->capturedKeyEvent(event))
@@ -272,7 +349,7 @@ int PDispatch::keyDown(PWindowObject &window, PEvent const &event) const
 
 // A menu or accelerator command has lParam 0; a control's notification names the control.
 // A notification that nobody claims also falls to processCommandEvent.
-int PDispatch::command(PWindowObject &window, PEvent const &event) const
+int PDispatch::command(PWindowObject &window, PEvent const &event)
 {
     long result = 0;
     if (window.processChildEvent(event, &result))
@@ -293,7 +370,7 @@ int PDispatch::command(PWindowObject &window, PEvent const &event) const
 
 // A scroll-bar control gets its own messages, which the platform sends to its parent: it is
 // told first, and the parent is asked all the same, whatever the control answered.
-int PDispatch::scroll(PWindowObject &window, PEvent const &event) const
+int PDispatch::scroll(PWindowObject &window, PEvent const &event)
 {
     const PScrollEvent scrollEvent(event);
     const bool horizontal = scrollEvent.isHorizontal();
@@ -329,7 +406,7 @@ void PDispatch::relayToTip(PWindowObject &window, PEvent const &event)
 
 // The general mouseEvent can swallow the specific handler. A mouse move cannot be claimed:
 // processEvent always runs after it.
-int PDispatch::mouseMove(PWindowObject &window, PEvent const &event) const
+int PDispatch::mouseMove(PWindowObject &window, PEvent const &event)
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -339,7 +416,7 @@ int PDispatch::mouseMove(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-int PDispatch::mouseButton(PWindowObject &window, PEvent const &event) const
+int PDispatch::mouseButton(PWindowObject &window, PEvent const &event)
 {
     relayToTip(window, event);
     const PMouseEvent mouse(event);
@@ -352,7 +429,7 @@ int PDispatch::mouseButton(PWindowObject &window, PEvent const &event) const
 }
 
 // Releasing the drop is the handler's duty.
-int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
+int PDispatch::dropFiles(PWindowObject &window, PEvent const &event)
 {
     HDROP drop = reinterpret_cast<HDROP>(event.getWParam());
     const int count = static_cast<int>(DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0));
@@ -362,20 +439,25 @@ int PDispatch::dropFiles(PWindowObject &window, PEvent const &event) const
     return window.processEvent(event);
 }
 
-LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT PDispatch::windowProcedure(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    PWindowObject *object = PWindow::getWinPtr(PHHwnd(hwnd));
-    if (!object || !object->isValidWindow())
+    PWindowObject *object = objectOf(hwnd);
+    if (!object || !isLiveTarget(*object, hwnd))
         return DefWindowProcA(hwnd, message, wParam, lParam);
     // Chosen before the dispatch, which may end with the object deleted.
-    const WNDPROC defaultProcedure = PDispatch::defaultProcedureOf(*object);
-    const int result = PGeneralProc(PEvent(object, message, wParam, lParam));
+    const WNDPROC defaultProcedure = defaultProcedureOf(*object);
+    const int result = dispatch(PEvent(object, message, wParam, lParam));
     if (result)
         return result;
     return defaultProcedure(hwnd, message, wParam, lParam);
 }
 
+LRESULT CALLBACK PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    return PDispatch::windowProcedure(hwnd, message, wParam, lParam);
+}
+
 int PGeneralProc(PEvent const &event)
 {
-    return PDispatch(&PWindow::getWinPtr).dispatch(event);
+    return PDispatch::dispatch(event);
 }

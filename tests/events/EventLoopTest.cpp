@@ -127,6 +127,7 @@ TEST_F(EventLoops, SendingIsTestedOnTheSenderAndCarriesOnlyTheWords)
     EXPECT_EQ(log, (EventLog{"w:processEvent 402", "w:commandEvent 4660", "w:processCommandEvent 4660",
                              "w:processEvent 111"}));
     log.clear();
+    sender->sendEvent(nullptr, PEvent(nullptr, WM_USER + 4, 0, 0));
     sender->postEvent(window, PEvent(nullptr, WM_USER + 3, 0, 0));
     sender->postCommandEvent(window, 0x0055, 0);
     EXPECT_TRUE(log.empty());

@@ -283,6 +283,9 @@ TEST_F(WindowObjects, CopiesShareTheHandleButOwnTheirTipText)
     RecordingWindow assigned(nullptr, &app, log, "q");
     static_cast<PWindowObject &>(assigned) = copy;
     EXPECT_TRUE(assigned.getTipText() == "first");
+    RecordingWindow plain(nullptr, &app, log, "r");
+    static_cast<PWindowObject &>(assigned) = plain;
+    EXPECT_TRUE(assigned.getTipText().isEmpty());
 }
 
 } // namespace
