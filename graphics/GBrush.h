@@ -40,8 +40,6 @@ public:
     static const GBrush Null;
 
 protected:
-    // Replaces the platform brush by one made from logBrush.
-    void create();
     // Replaces the platform brush by handle, which the brush then owns.
     void adopt(HBRUSH handle);
 

@@ -1,5 +1,8 @@
 #include "graphics/GFont.h"
 
+#include "foundation/PList.h"
+#include "graphics/GObjectSelection.h"
+
 #include <algorithm>
 #include <mbstring.h>
 
@@ -17,23 +20,6 @@ public:
 
 private:
     HDC dc;
-};
-
-// An object selected into a device context for a scope; what was there goes back.
-class Selection {
-public:
-    Selection(HDC dc, HGDIOBJ object) : dc(dc), previous(SelectObject(dc, object)) {}
-    ~Selection()
-    {
-        if (previous)
-            SelectObject(dc, previous);
-    }
-    Selection(Selection const &) = delete;
-    Selection &operator=(Selection const &) = delete;
-
-private:
-    HDC dc;
-    HGDIOBJ previous;
 };
 
 // The size of NONCLIENTMETRICSA without the padded border width, which every version of
@@ -215,7 +201,7 @@ PString GFont::findMatch(PString const &name)
     ScreenContext screen;
     LOGFONTA wanted = {};
     {
-        Selection systemFont(screen, GetStockObject(SYSTEM_FONT));
+        GObjectSelection systemFont(screen, GetStockObject(SYSTEM_FONT));
         wanted.lfCharSet = static_cast<BYTE>(GetTextCharset(screen));
     }
     copyFaceName(wanted.lfFaceName, name);

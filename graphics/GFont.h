@@ -4,7 +4,6 @@
 //          by kind, and faces matched to the system's TrueType families
 #pragma once
 
-#include "foundation/PList.h"
 #include "foundation/PString.h"
 #include "foundation/TeskWinExport.h"
 #include "graphics/GSharedHandle.h"

@@ -75,6 +75,27 @@ struct DeletionHook<R WINAPI(A), Target> {
 template <typename R, typename A, R(WINAPI *Target)(A)>
 void *DeletionHook<R WINAPI(A), Target>::original = nullptr;
 
+// LoadImageA and CopyImage also make icons and cursors, which are no GDI objects: only
+// bitmaps are recorded.
+void *loadImageOriginal;
+void *copyImageOriginal;
+
+HANDLE WINAPI loadImageHook(HINSTANCE instance, LPCSTR name, UINT type, int width, int height, UINT flags)
+{
+    HANDLE made = reinterpret_cast<decltype(&LoadImageA)>(loadImageOriginal)(instance, name, type, width, height, flags);
+    if (activeLedger && type == IMAGE_BITMAP)
+        activeLedger->created(made);
+    return made;
+}
+
+HANDLE WINAPI copyImageHook(HANDLE image, UINT type, int width, int height, UINT flags)
+{
+    HANDLE made = reinterpret_cast<decltype(&CopyImage)>(copyImageOriginal)(image, type, width, height, flags);
+    if (activeLedger && type == IMAGE_BITMAP)
+        activeLedger->created(made);
+    return made;
+}
+
 struct Watched {
     char const *dll;
     char const *function;
@@ -140,8 +161,8 @@ std::vector<Watched> watchedCalls()
         creator<decltype(CloseEnhMetaFile), &CloseEnhMetaFile>(gdi, "CloseEnhMetaFile"),
         creator<decltype(GetEnhMetaFileA), &GetEnhMetaFileA>(gdi, "GetEnhMetaFileA"),
         creator<decltype(LoadBitmapA), &LoadBitmapA>(user, "LoadBitmapA"),
-        creator<decltype(LoadImageA), &LoadImageA>(user, "LoadImageA"),
-        creator<decltype(CopyImage), &CopyImage>(user, "CopyImage"),
+        Watched{user, "LoadImageA", reinterpret_cast<void *>(&loadImageHook), &loadImageOriginal},
+        Watched{user, "CopyImage", reinterpret_cast<void *>(&copyImageHook), &copyImageOriginal},
         deleter<decltype(DeleteObject), &DeleteObject>(gdi, "DeleteObject"),
         deleter<decltype(DeleteDC), &DeleteDC>(gdi, "DeleteDC"),
         deleter<decltype(DeleteEnhMetaFile), &DeleteEnhMetaFile>(gdi, "DeleteEnhMetaFile"),

@@ -5,7 +5,7 @@
 //                     every DeleteObject, DeleteDC and DeleteEnhMetaFile it calls
 //
 // It patches the library's own imports (see ImportPatch), so objects that the test program
-// makes itself are not counted. One counter at a time.
+// makes itself are not counted. One counter at a time, on the thread that makes and deletes.
 #pragma once
 
 #include "support/ImportPatch.h"
