@@ -16,50 +16,6 @@ double highest(double a, double b, double c, double d)
 
 } // namespace
 
-// The cache is written before every read; zeroed so that a copy never reads unset bytes.
-GRect::GRect() : nativeRect{}, left(0.0), top(0.0), right(0.0), bottom(0.0) {}
-
-GRect::GRect(GPoint const &a, GPoint const &b)
-    : nativeRect{}, left(a.xVal()), top(a.yVal()), right(b.xVal()), bottom(b.yVal())
-{
-}
-
-GRect::GRect(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b)
-    : nativeRect{}, left(l), top(t), right(r), bottom(b)
-{
-}
-
-GRect::GRect(GRect const &other)
-    : nativeRect(other.nativeRect), left(other.left), top(other.top), right(other.right),
-      bottom(other.bottom)
-{
-}
-
-GRect::GRect(tagRECT &rect)
-    : nativeRect{}, left(rect.left), top(rect.top), right(rect.right), bottom(rect.bottom)
-{
-}
-
-GRect &GRect::operator=(GRect const &other)
-{
-    if (this != &other)
-        set(other.left, other.top, other.right, other.bottom);
-    return *this;
-}
-
-void GRect::set(GPoint const &a, GPoint const &b)
-{
-    set(a.xVal(), a.yVal(), b.xVal(), b.yVal());
-}
-
-void GRect::set(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b)
-{
-    left = l;
-    top = t;
-    right = r;
-    bottom = b;
-}
-
 GRect::operator tagRECT *()
 {
     nativeRect.left = truncateCoord(left);

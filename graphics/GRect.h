@@ -28,15 +28,33 @@ inline int truncateCoord(double value)
 // Edges in any order: left may exceed right and the Y axis has no fixed direction.
 class TESKWIN_API GRect {
 public:
-    GRect();
-    GRect(GPoint const &a, GPoint const &b);
-    GRect(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b);
-    GRect(GRect const &other);
+    // The cache is written before every read; zeroed so that a copy never reads unset bytes.
+    GRect() : nativeRect{}, left(0.0), top(0.0), right(0.0), bottom(0.0) {}
+    GRect(GPoint const &a, GPoint const &b)
+        : nativeRect{}, left(a.xVal()), top(a.yVal()), right(b.xVal()), bottom(b.yVal())
+    {
+    }
+    GRect(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b)
+        : nativeRect{}, left(l), top(t), right(r), bottom(b)
+    {
+    }
+    GRect(GRect const &other) = default;
     // Copies the edges only; the cache is refreshed wherever it is read.
-    GRect &operator=(GRect const &other);
+    GRect &operator=(GRect const &other)
+    {
+        if (this != &other)
+            set(other.left, other.top, other.right, other.bottom);
+        return *this;
+    }
 
-    void set(GPoint const &a, GPoint const &b);
-    void set(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b);
+    void set(GPoint const &a, GPoint const &b) { set(a.xVal(), a.yVal(), b.xVal(), b.yVal()); }
+    void set(PFFloat const &l, PFFloat const &t, PFFloat const &r, PFFloat const &b)
+    {
+        left = l;
+        top = t;
+        right = r;
+        bottom = b;
+    }
 
     PFFloat &lVal() { return left; }
     PFFloat &tVal() { return top; }
@@ -87,7 +105,10 @@ private:
     friend class PStatusBar;
     friend class PImageList;
 
-    explicit GRect(tagRECT &rect);
+    GRect(tagRECT &rect)
+        : nativeRect{}, left(rect.left), top(rect.top), right(rect.right), bottom(rect.bottom)
+    {
+    }
     // Truncates the edges into the cache afresh at each call.
     operator tagRECT *();
 
