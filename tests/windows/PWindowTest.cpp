@@ -210,9 +210,9 @@ TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
     EXPECT_NE(original, changed);
     EXPECT_EQ(changed, GetClassLongA(*second, GCL_HBRBACKGROUND));
 
-    // The class brush paints the background: read a pixel of the erased client area.
-    RedrawWindow(*first, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-    HDC dc = GetDC(*first);
+    // The window's own brush paints its background: read a pixel of the erased client area.
+    RedrawWindow(*second, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+    HDC dc = GetDC(*second);
     HDC memory = CreateCompatibleDC(dc);
     HBITMAP bitmap = CreateCompatibleBitmap(dc, 4, 4);
     HGDIOBJ old = SelectObject(memory, bitmap);
@@ -221,7 +221,7 @@ TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
     SelectObject(memory, old);
     DeleteObject(bitmap);
     DeleteDC(memory);
-    ReleaseDC(*first, dc);
+    ReleaseDC(*second, dc);
     EXPECT_EQ(RGB(0, 0, 255), pixel);
 
     second->shutDownWindow();
