@@ -193,6 +193,26 @@ TEST(PWindow, ParentNotifyBindsAPendingChild)
     parent->shutDownWindow();
 }
 
+namespace {
+
+// The colour at (3, 3) of a window's client area, as it stands on the screen.
+COLORREF pixelOf(HWND window)
+{
+    HDC dc = GetDC(window);
+    HDC memory = CreateCompatibleDC(dc);
+    HBITMAP bitmap = CreateCompatibleBitmap(dc, 4, 4);
+    HGDIOBJ old = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, 4, 4, dc, 2, 2, SRCCOPY);
+    COLORREF pixel = GetPixel(memory, 1, 1);
+    SelectObject(memory, old);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(window, dc);
+    return pixel;
+}
+
+} // namespace
+
 TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
 {
     TestWindow *first = createdWindow();
@@ -203,26 +223,16 @@ TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
     DWORD original = GetClassLongA(*first, GCL_HBRBACKGROUND);
     EXPECT_NE(0u, original);
     EXPECT_EQ(original, GetClassLongA(*second, GCL_HBRBACKGROUND));
+    // The class keeps the first window's brush, but each window erases with its own.
+    UpdateWindow(*second);
+    EXPECT_EQ(RGB(255, 0, 0), pixelOf(*second));
+    EXPECT_NE(RGB(255, 0, 0), pixelOf(*first));
 
     GBrush blue(GColor(0, 0, 255));
     second->setBackground(blue);
     DWORD changed = GetClassLongA(*first, GCL_HBRBACKGROUND);
     EXPECT_NE(original, changed);
     EXPECT_EQ(changed, GetClassLongA(*second, GCL_HBRBACKGROUND));
-
-    // The window's own brush paints its background: read a pixel of the erased client area.
-    RedrawWindow(*second, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-    HDC dc = GetDC(*second);
-    HDC memory = CreateCompatibleDC(dc);
-    HBITMAP bitmap = CreateCompatibleBitmap(dc, 4, 4);
-    HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, 4, 4, dc, 2, 2, SRCCOPY);
-    COLORREF pixel = GetPixel(memory, 1, 1);
-    SelectObject(memory, old);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(*second, dc);
-    EXPECT_EQ(RGB(0, 0, 255), pixel);
 
     second->shutDownWindow();
     first->shutDownWindow();
