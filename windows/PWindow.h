@@ -37,7 +37,7 @@ class TESKWIN_API PWindow : public PWindowObject {
     friend class PDispatch;
 
 public:
-    // An overlapped window, visible unless parent is an MDI frame, which makes it an MDI child.
+    // A visible overlapped window; under an MDI frame, an MDI child that clips its siblings.
     PWindow(PWindowObject *parent, PString const &caption, PAppInterface *app);
     // An overlapped window with the extra style bits; WS_VISIBLE only if style has it.
     PWindow(PWindowObject *parent, PString const &caption, PAppInterface *app, unsigned long style);

@@ -72,23 +72,15 @@ TEST_F(PCursorTest, ResourceCursorIsDestroyedOnceByItsLastCopy)
         EXPECT_EQ(0, destroyedCursors);
         copy = PCursor(cursorWait);
         EXPECT_EQ(0, destroyedCursors);
+
+        // Failed loads are owned too, but a null handle is never passed on.
+        PCursor missing(PString("NOSUCHCURSOR"), &app);
+        PCursor noApp(PString("TESTCURSOR"), nullptr);
+        EXPECT_EQ(1, missing == noApp);
+        EXPECT_EQ(1, assigned != missing);
     }
     EXPECT_EQ(1, destroyedCursors);
     EXPECT_EQ(expected, lastDestroyed);
-}
-
-TEST_F(PCursorTest, FailedLoadsGiveNullHandles)
-{
-    {
-        TestApp app;
-        PCursor missing(PString("NOSUCHCURSOR"), &app);
-        PCursor noApp(PString("TESTCURSOR"), nullptr);
-        PCursor loaded(PString("TESTCURSOR"), &app);
-        EXPECT_EQ(1, missing == noApp);
-        EXPECT_EQ(1, loaded != missing);
-    }
-    // Owned, but a null handle is never passed on.
-    EXPECT_EQ(1, destroyedCursors);
 }
 
 TEST_F(PCursorTest, ResourceIconIsDestroyedOnceByItsLastCopy)

@@ -22,9 +22,14 @@ TEST(PStringResManager, ReadsPlainIds)
     PStringResManager none(static_cast<HINSTANCE>(nullptr));
     EXPECT_EQ("String Resource Error, No handle available.", text(none.get(IDS_GREETING)));
 
-    PStringResManager copy(GetModuleHandleA("kernel32.dll"));
+    TestApp app;
+    app.resourceModule = GetModuleHandleA("user32.dll");
+    PStringResManager copy(&app);
+    EXPECT_EQ("String Resource Error! (100)", text(copy.get(IDS_GREETING)));
     copy = manager;
     EXPECT_EQ("Test fatal", text(copy.get(IDS_FATAL_CAPTION)));
+    PStringResManager fromNone(static_cast<IConsoleApp *>(nullptr));
+    EXPECT_EQ("Hello from the string table", text(fromNone.get(IDS_GREETING)));
 }
 
 TEST(PStringResManager, GenericKeysNeedAConsoleApplication)
@@ -101,16 +106,6 @@ TEST(PStringResManager, ProcessWideManagerFollowsTheApplication)
     EXPECT_EQ("Hello from the string table", text(shared->get(IDS_GREETING)));
     setStringResManager(nullptr);
     EXPECT_EQ("Hello from the string table", text(shared->get(IDS_GREETING)));
-}
-
-TEST(PStringResManager, ConstructedFromAnApplication)
-{
-    TestApp app;
-    app.resourceModule = GetModuleHandleA("user32.dll");
-    PStringResManager fromApp(&app);
-    EXPECT_EQ("String Resource Error! (100)", text(fromApp.get(IDS_GREETING)));
-    PStringResManager fromNone(static_cast<IConsoleApp *>(nullptr));
-    EXPECT_EQ("Hello from the string table", text(fromNone.get(IDS_GREETING)));
 }
 
 TEST(PMultiString, SingleByteText)
