@@ -9,6 +9,14 @@ list(APPEND TESKWIN_HEADERS
   foundation/PStream.h
   foundation/PTemporaryFileServices.h
   foundation/FileUtilities.h
+  foundation/PFFloat.h
+  foundation/PTPoint.h
+  foundation/GPoint.h
+  foundation/PCoord.h
+  foundation/PVector.h
+  foundation/PNumerics.h
+  foundation/GColor.h
+  foundation/PRefCount.h
 )
 list(APPEND TESKWIN_SOURCES
   foundation/PMemory.cpp
@@ -20,4 +28,9 @@ list(APPEND TESKWIN_SOURCES
   foundation/PStream.cpp
   foundation/PTemporaryFileServices.cpp
   foundation/FileUtilities.cpp
+  foundation/PTPoint.cpp
+  foundation/GPoint.cpp
+  foundation/PNumerics.cpp
+  foundation/GColor.cpp
+  foundation/PRefCount.cpp
 )

@@ -1,0 +1,4 @@
+#include "foundation/PTPoint.h"
+
+template class PTPoint<float>;
+template class PTPoint<long>;
