@@ -17,6 +17,14 @@ list(APPEND TESKWIN_HEADERS
   foundation/PNumerics.h
   foundation/GColor.h
   foundation/PRefCount.h
+  foundation/PList.h
+  foundation/PQueue.h
+  foundation/PCArray.h
+  foundation/PHashTable.h
+  foundation/PPairDictionary.h
+  foundation/PHashablePointer.h
+  foundation/HashedId.h
+  foundation/PHHwnd.h
 )
 list(APPEND TESKWIN_SOURCES
   foundation/PMemory.cpp
@@ -33,4 +41,6 @@ list(APPEND TESKWIN_SOURCES
   foundation/PNumerics.cpp
   foundation/GColor.cpp
   foundation/PRefCount.cpp
+  foundation/HashedId.cpp
+  foundation/PHHwnd.cpp
 )

@@ -1,0 +1,16 @@
+list(APPEND TESKWIN_HEADERS
+  graphics/GSharedHandle.h
+  graphics/GPen.h
+  graphics/GBrush.h
+  graphics/GFont.h
+  graphics/GPalette.h
+  graphics/GBitmap.h
+)
+list(APPEND TESKWIN_SOURCES
+  graphics/GStockObjects.cpp
+  graphics/GPen.cpp
+  graphics/GBrush.cpp
+  graphics/GFont.cpp
+  graphics/GPalette.cpp
+  graphics/GBitmap.cpp
+)
