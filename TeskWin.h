@@ -33,3 +33,5 @@
 #include "graphics/GFont.h"
 #include "graphics/GPalette.h"
 #include "graphics/GBitmap.h"
+#include "graphics/GDiBitmap.h"
+#include "imaging/GImage.h"

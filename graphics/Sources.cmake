@@ -5,6 +5,7 @@ list(APPEND TESKWIN_HEADERS
   graphics/GFont.h
   graphics/GPalette.h
   graphics/GBitmap.h
+  graphics/GDiBitmap.h
 )
 list(APPEND TESKWIN_SOURCES
   graphics/GStockObjects.cpp
@@ -13,4 +14,5 @@ list(APPEND TESKWIN_SOURCES
   graphics/GFont.cpp
   graphics/GPalette.cpp
   graphics/GBitmap.cpp
+  graphics/GDiBitmap.cpp
 )
