@@ -221,18 +221,27 @@ unsigned char GImage::getIndex(GColor const &color)
     const unsigned int n = numColors();
     if (n == 0)
         return 0;
-    for (unsigned int i = 0; i < n; ++i)
-        if (entry(i) == color)
+    // The palette's list is read in place. Entries it lacks read as black; of those only the
+    // first can be chosen, since ties go to the lower index.
+    static const GColor black;
+    const unsigned int held = colorTable.entryCount <= 0 ? 0
+                              : n < static_cast<unsigned int>(colorTable.entryCount) ? n
+                                                                                      : colorTable.entryCount;
+    const unsigned int considered = held < n ? held + 1 : n;
+    auto at = [&](unsigned int i) -> GColor const & { return i < held ? colorTable.entries[i] : black; };
+
+    for (unsigned int i = 0; i < considered; ++i)
+        if (at(i) == color)
             return static_cast<unsigned char>(i);
     const int r = color.getR(), g = color.getG(), b = color.getB();
     auto square = [](int d) { return d * d; };
-    const GColor first = entry(0);
-    double best = square(first.getR() - r) + square(first.getG() - g) + square(first.getB() - b);
+    // The measures are whole numbers, so comparing them as integers orders them as doubles would.
+    int best = square(at(0).getR() - r) + square(at(0).getG() - g) + square(at(0).getB() - b);
     unsigned int bestIndex = 0;
-    for (unsigned int i = 1; i < n; ++i) {
-        const GColor e = entry(i);
+    for (unsigned int i = 1; i < considered; ++i) {
+        GColor const &e = at(i);
         // Deliberate: past entry 0 the blue term measures against the target's red.
-        const double measure = square(e.getR() - r) + square(e.getG() - g) + square(e.getB() - r);
+        const int measure = square(e.getR() - r) + square(e.getG() - g) + square(e.getB() - r);
         if (measure < best) {
             best = measure;
             bestIndex = i;

@@ -312,8 +312,9 @@ void GImage::grayScale(int mode)
                       [&](unsigned char *p) { fill(p, tables.weighted[30 * p[0] + 59 * p[1] + 11 * p[2]]); });
     else
         forEachTriple(pixels, header->biSizeImage, [&](unsigned char *p) {
-            const unsigned char a = p[0], b = p[1], c = p[2];
-            fill(p, a > b ? (a > c ? a : c) : (b > c ? b : c));
+            // Two plain maxima, which compile without branches.
+            const unsigned char ab = p[0] > p[1] ? p[0] : p[1];
+            fill(p, ab > p[2] ? ab : p[2]);
         });
 }
 
