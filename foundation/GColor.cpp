@@ -8,6 +8,8 @@ const GColor GColor::Red(255, 0, 0);
 const GColor GColor::White(255, 255, 255);
 const GColor GColor::Black(0, 0, 0);
 
+const double GHSVColor::Achromatic = -999.0;
+
 namespace {
 
 // A fraction in [0, 1] (NaN as 0) to the nearest 8-bit component.
@@ -25,7 +27,10 @@ unsigned char toComponent(double fraction)
 GColor::GColor(GHSVColor const &hsv)
 {
     const double v = hsv.getV(), s = hsv.getS();
-    const double h = std::fmod(hsv.getH(), 360.0);
+    double h = hsv.getH();
+    // Hues outside one turn are brought back into it; fmod is slow, so only for those.
+    if (!(h < 360.0))
+        h = std::fmod(h, 360.0);
     // No saturation, or a negative hue, is a grey.
     if (!(s > 0) || !(h >= 0)) {
         red = green = blue = toComponent(v);

@@ -52,7 +52,7 @@ private:
 class TESKWIN_API GHSVColor {
 public:
     // The hue of a grey, which has none.
-    static constexpr double Achromatic = -999.0;
+    static const double Achromatic;
 
     GHSVColor(GColor const &color);
 

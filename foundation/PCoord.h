@@ -10,19 +10,20 @@
 namespace PCoordDetail {
 
 // Floating results stay as they are; integral ones take the nearest value,
-// halves away from zero, held within the type's range.
+// halves away from zero, held within the type's range. The limits are called in
+// parentheses so that <windows.h>'s min and max macros cannot expand.
 template <class T>
 T fromDouble(double value)
 {
     if constexpr (std::is_floating_point<T>::value) {
         return static_cast<T>(value);
     } else {
-        const double low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
+        const double low = (std::numeric_limits<T>::min)(), high = (std::numeric_limits<T>::max)();
         const double rounded = value > 0 ? value + 0.5 : value - 0.5;
         if (!(rounded > low))
-            return std::numeric_limits<T>::min();
+            return (std::numeric_limits<T>::min)();
         if (!(rounded < high))
-            return std::numeric_limits<T>::max();
+            return (std::numeric_limits<T>::max)();
         return static_cast<T>(rounded);
     }
 }

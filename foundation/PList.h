@@ -5,19 +5,23 @@
 //              joining and injecting relink nodes and never copy elements.
 #pragma once
 
+#include <new>
+
 template <typename T>
 class PList {
-    // One element, boxed in its own allocation so that a reference to it stays good until
-    // that element is removed, whatever happens to the rest of the list.
+    // One element on the heap, so that a reference to it stays good until that element is
+    // removed, whatever happens to the rest of the list. The element lives inside its node:
+    // one allocation per element instead of two.
     struct Node {
-        explicit Node(T const &value) : element(new T(value)), next(this), prev(this) {}
-        ~Node() { delete element; }
+        explicit Node(T const &value) : element(new (storage) T(value)), next(this), prev(this) {}
+        ~Node() { element->~T(); }
         Node(Node const &) = delete;
         Node &operator=(Node const &) = delete;
 
         T *element;
         Node *next;
         Node *prev;
+        alignas(T) unsigned char storage[sizeof(T)];
     };
 
 public:

@@ -1,8 +1,4 @@
-list(APPEND TESKWIN_HEADERS
-  imaging/GImage.h
-  imaging/GImageRows.h
-)
-list(APPEND TESKWIN_SOURCES
-  imaging/GImage.cpp
-  imaging/GImageTone.cpp
-)
+teskwin_classes(imaging GImage)
+teskwin_headers(imaging GImageRows)
+# GImage's tone operations, kept apart from the image model.
+list(APPEND TESKWIN_SOURCES imaging/GImageTone.cpp)

@@ -21,7 +21,8 @@ wine_session_prepare_prefix() {
 }
 
 wine_session_start() {
-  local build=$1
+  local build
+  build=$(cd "$1" && pwd)
   export WINEPREFIX=$build/wineprefix
   export WINEDEBUG=-all
   export WINEDLLOVERRIDES="mscoree,mshtml="

@@ -1,0 +1,162 @@
+// The library's header comes before <windows.h> and <cmath> here; WindowsHeadersTest.cpp
+// checks the other order.
+#include <gtest/gtest.h>
+
+#include "TeskWin.h"
+
+#include <windows.h>
+
+#include <climits>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+TEST(PNumerics, ZeroAndEqualityTests)
+{
+    EXPECT_TRUE(IS_ZERO(0));
+    EXPECT_FALSE(IS_ZERO(-1));
+    EXPECT_TRUE(IS_ZERO(5e-10, 1e-9));
+    EXPECT_FALSE(IS_ZERO(2e-9, 1e-9));
+    EXPECT_FALSE(IS_ZERO(-2e-9, 1e-9));
+    EXPECT_FALSE(IS_ZERO(std::nan(""), 1e-9));
+
+    EXPECT_TRUE(IS_EQUAL(4, 4));
+    EXPECT_FALSE(IS_EQUAL(4, -4));
+    EXPECT_TRUE(IS_EQUAL(1.0, 1.0 + 5e-10, 1e-9));
+    EXPECT_FALSE(IS_EQUAL(1.0, 1.0 + 2e-9, 1e-9));
+    EXPECT_TRUE(IS_EQUAL(HUGE_VAL, HUGE_VAL, 1e-9));
+}
+
+TEST(PNumerics, MinMaxAndRound)
+{
+    EXPECT_EQ((tesk::min)(-3, 2), -3);
+    EXPECT_EQ((tesk::max)(-3, 2), 2);
+    EXPECT_EQ((tesk::min)(0.25, -0.5), -0.5);
+    EXPECT_EQ((tesk::max)(0.25, -0.5), 0.25);
+    const unsigned short big = 65535, small = 1;
+    EXPECT_EQ((tesk::max)(big, small), 65535);
+    EXPECT_EQ((tesk::max)(small, big), 65535);
+
+    EXPECT_EQ(tesk::round(2.4), 2);
+    EXPECT_EQ(tesk::round(2.5), 3);
+    EXPECT_EQ(tesk::round(-2.5), -3);
+    EXPECT_EQ(tesk::round(-0.4), 0);
+    // Adding one half first would give 1 here: the largest double below 0.5.
+    EXPECT_EQ(tesk::round(0.49999999999999994), 0);
+    EXPECT_EQ(tesk::round(2147483646.5), INT_MAX);
+    EXPECT_EQ(tesk::round(-2147483647.5), INT_MIN);
+    EXPECT_EQ(tesk::round(1e20), INT_MAX);
+    EXPECT_EQ(tesk::round(-1e20), INT_MIN);
+    EXPECT_EQ(tesk::round(std::nan("")), 0);
+}
+
+TEST(PNumerics, IntersectTakesInfiniteLines)
+{
+    PCoord<double> at(-1, -1);
+    ASSERT_TRUE(intersect(&at, PCoord<double>(0, 0), PCoord<double>(2, 2), PCoord<double>(0, 2),
+                          PCoord<double>(2, 0)));
+    EXPECT_DOUBLE_EQ(at.xval(), 1.0);
+    EXPECT_DOUBLE_EQ(at.yval(), 1.0);
+
+    // The meeting point may lie beyond both pairs of points.
+    ASSERT_TRUE(intersect(&at, PCoord<double>(0, 0), PCoord<double>(1, 0), PCoord<double>(5, 3),
+                          PCoord<double>(5, 4)));
+    EXPECT_DOUBLE_EQ(at.xval(), 5.0);
+    EXPECT_DOUBLE_EQ(at.yval(), 0.0);
+
+    // Parallel, identical and degenerate lines do not meet and leave the result alone.
+    at = PCoord<double>(7, 7);
+    EXPECT_FALSE(intersect(&at, PCoord<double>(0, 0), PCoord<double>(1, 1), PCoord<double>(0, 1),
+                           PCoord<double>(1, 2)));
+    EXPECT_FALSE(intersect(&at, PCoord<double>(0, 0), PCoord<double>(1, 1), PCoord<double>(2, 2),
+                           PCoord<double>(3, 3)));
+    EXPECT_FALSE(intersect(&at, PCoord<double>(1, 1), PCoord<double>(1, 1), PCoord<double>(0, 1),
+                           PCoord<double>(1, 2)));
+    // Parallel but for rounding: the cross product is 2e-8, far below the lengths' scale.
+    EXPECT_FALSE(intersect(&at, PCoord<double>(0, 0), PCoord<double>(3e8, 1e8), PCoord<double>(0, 1),
+                           PCoord<double>(0.1 * 3, 0.1 + 1)));
+    EXPECT_EQ(at.xval(), 7.0);
+    EXPECT_EQ(at.yval(), 7.0);
+}
+
+TEST(PNumerics, ExitingIsRemembered)
+{
+    EXPECT_FALSE(isExiting());
+    setExiting();
+    EXPECT_TRUE(isExiting());
+}
+
+TEST(PCoord, ValueOperations)
+{
+    PCoord<double> origin;
+    EXPECT_EQ(origin.xval(), 0.0);
+    EXPECT_EQ(origin.yval(), 0.0);
+    PCoord<double> p(1.5, -2.0);
+    p += PCoord<double>(0.5, 0.25);
+    EXPECT_EQ(p.xval(), 2.0);
+    EXPECT_EQ(p.yval(), -1.75);
+    p.yval() = 3.0;
+    const PCoord<double> copy = p;
+    EXPECT_EQ(copy.yval(), 3.0);
+
+    const PCoord<int> i(-4, 9);
+    const PCoord<int> j(i);
+    EXPECT_EQ(j.xval(), -4);
+    EXPECT_EQ(j.yval(), 9);
+
+    PVector<double> v(1.0, 2.0);
+    v += PVector<double>(0.5, -4.0);
+    EXPECT_EQ(v.xval(), 1.5);
+    EXPECT_EQ(v.yval(), -2.0);
+    v.xval() = 9.0;
+    EXPECT_EQ(v.xval(), 9.0);
+}
+
+TEST(PCoord, ShortRotationTurnsCounterClockwiseInDegrees)
+{
+    PCoord<short> p(10, 0);
+    p.rotate(90.0, PCoord<short>(0, 0));
+    EXPECT_EQ(p.xval(), 0);
+    EXPECT_EQ(p.yval(), 10);
+    p.rotate(90.0, PCoord<short>(0, 0));
+    EXPECT_EQ(p.xval(), -10);
+    EXPECT_EQ(p.yval(), 0);
+
+    PCoord<short> q(6, 5);
+    q.rotate(-90.0, PCoord<short>(5, 5));
+    EXPECT_EQ(q.xval(), 5);
+    EXPECT_EQ(q.yval(), 4);
+
+    // Results are rounded to the nearest: 10 cos 30 = 8.66, 10 sin 30 = 5.
+    PCoord<short> r(10, 0);
+    r.rotate(30.0, PCoord<short>(0, 0));
+    EXPECT_EQ(r.xval(), 9);
+    EXPECT_EQ(r.yval(), 5);
+    PCoord<short> s(-10, 0);
+    s.rotate(45.0, PCoord<short>(0, 0));
+    EXPECT_EQ(s.xval(), -7);
+    EXPECT_EQ(s.yval(), -7);
+
+    // The corners of a 4 by 3 picture turned by 90 degrees span 3 by 4.
+    PCoord<short> corners[] = {{0, 0}, {3, 0}, {0, 2}, {3, 2}};
+    const PCoord<short> centre(2, 1);
+    short minX = SHRT_MAX, maxX = SHRT_MIN, minY = SHRT_MAX, maxY = SHRT_MIN;
+    for (PCoord<short> &corner : corners) {
+        corner.rotate(90.0, centre);
+        minX = (std::min)(minX, corner.xval());
+        maxX = (std::max)(maxX, corner.xval());
+        minY = (std::min)(minY, corner.yval());
+        maxY = (std::max)(maxY, corner.yval());
+    }
+    EXPECT_EQ(maxX - minX + 1, 3);
+    EXPECT_EQ(maxY - minY + 1, 4);
+
+    // Far points are held at the limits of short.
+    PCoord<short> distant(32767, 0);
+    distant.rotate(180.0, PCoord<short>(-32768, 0));
+    EXPECT_EQ(distant.xval(), SHRT_MIN);
+    EXPECT_EQ(distant.yval(), 0);
+}
+
+} // namespace

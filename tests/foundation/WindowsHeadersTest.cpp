@@ -1,0 +1,37 @@
+// The library's header read with <windows.h> and <cmath> before it and the platform's
+// min and max macros in force. mingw's <windows.h> leaves those macros out of C++ while
+// the platform SDK's defines them, so they are defined here as that header does.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+#include <cmath>
+
+#ifndef min
+#define min(a, b) (((a) < (b)) ? (a) : (b))
+#endif
+#ifndef max
+#define max(a, b) (((a) > (b)) ? (a) : (b))
+#endif
+
+#include "TeskWin.h"
+
+#include <type_traits>
+
+namespace {
+
+static_assert(std::is_same<decltype(tesk::round(1.0)), int>::value, "the library's round gives an int");
+static_assert(std::is_same<decltype(::round(1.0)), double>::value, "the C library's round is untouched");
+
+TEST(PNumerics, LivesBesideWindowsAndCmath)
+{
+    EXPECT_EQ(min(3, 4), 3); // the macro
+    EXPECT_EQ(max(3, 4), 4);
+    EXPECT_EQ((tesk::min)(3, 4), 3);
+    EXPECT_EQ((tesk::max)(2.5, -1.0), 2.5);
+    EXPECT_EQ(::round(-2.5), -3.0);
+    EXPECT_EQ(tesk::round(-2.5), -3);
+    EXPECT_EQ(std::round(0.5), 1.0);
+    EXPECT_TRUE(IS_ZERO(0.0, 1e-9));
+}
+
+} // namespace
