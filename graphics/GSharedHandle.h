@@ -10,6 +10,7 @@
 #pragma once
 
 #include "foundation/PRefCount.h"
+#include "foundation/TeskWinExport.h"
 
 #include <new>
 #include <windows.h>
@@ -69,62 +70,109 @@ public:
     using Handle = typename B::Handle;
 
     // A share of nothing.
-    GSharedHandle() : ref(new (std::nothrow) PRefCount(nullptr)) {}
+    GSharedHandle();
     // The first share of box; the new counter already counts it.
-    explicit GSharedHandle(B *box) : ref(new (std::nothrow) PRefCount(box))
-    {
-        if (!ref)
-            delete box;
-    }
-    GSharedHandle(GSharedHandle const &other) : ref(nullptr) { replace(&other); }
-    GSharedHandle &operator=(GSharedHandle const &other)
-    {
-        if (this != &other)
-            replace(&other);
-        return *this;
-    }
-    virtual ~GSharedHandle() { replace(nullptr); }
+    explicit GSharedHandle(B *box);
+    GSharedHandle(GSharedHandle const &other);
+    GSharedHandle &operator=(GSharedHandle const &other);
+    virtual ~GSharedHandle();
 
     // Drops this share and takes the first share of a new box.
-    void reset(B *box) { *this = GSharedHandle(box); }
+    void reset(B *box);
 
     // The shared box, or null.
-    B *box() const
-    {
-        PRefCountLock lock;
-        return ref ? static_cast<B *>(ref->pointer()) : nullptr;
-    }
-
+    B *box() const;
     // The box's handle, or zero.
-    Handle handle() const
-    {
-        B *shared = box();
-        return shared ? shared->handle : Handle();
-    }
+    Handle handle() const;
 
 private:
-    // Takes a share of source's counter (none for null) and drops the current share; the
-    // last share deletes counter and box once the lock is released.
-    void replace(GSharedHandle const *source)
-    {
-        PRefCount *old;
-        unsigned long remaining;
-        {
-            PRefCountLock lock;
-            old = ref;
-            ref = source ? source->ref : nullptr;
-            if (ref)
-                ++*ref;
-            if (!old)
-                return;
-            remaining = old->decrement();
-        }
-        if (remaining > 0)
-            return;
-        B *shared = static_cast<B *>(old->pointer());
-        delete old;
-        delete shared;
-    }
+    void replace(GSharedHandle const *source);
 
     PRefCount *ref;
 };
+
+// The members are defined here but instantiated once, in the library, for each box type
+// (see the end of this header): shares are taken and dropped, and platform objects
+// deleted, by the library's own code whichever module copies a graphic object.
+
+template <typename B>
+GSharedHandle<B>::GSharedHandle() : ref(new (std::nothrow) PRefCount(nullptr))
+{
+}
+
+template <typename B>
+GSharedHandle<B>::GSharedHandle(B *box) : ref(new (std::nothrow) PRefCount(box))
+{
+    if (!ref)
+        delete box;
+}
+
+template <typename B>
+GSharedHandle<B>::GSharedHandle(GSharedHandle const &other) : ref(nullptr)
+{
+    replace(&other);
+}
+
+template <typename B>
+GSharedHandle<B> &GSharedHandle<B>::operator=(GSharedHandle const &other)
+{
+    if (this != &other)
+        replace(&other);
+    return *this;
+}
+
+template <typename B>
+GSharedHandle<B>::~GSharedHandle()
+{
+    replace(nullptr);
+}
+
+template <typename B>
+void GSharedHandle<B>::reset(B *box)
+{
+    *this = GSharedHandle(box);
+}
+
+template <typename B>
+B *GSharedHandle<B>::box() const
+{
+    PRefCountLock lock;
+    return ref ? static_cast<B *>(ref->pointer()) : nullptr;
+}
+
+template <typename B>
+typename GSharedHandle<B>::Handle GSharedHandle<B>::handle() const
+{
+    B *shared = box();
+    return shared ? shared->handle : Handle();
+}
+
+// Takes a share of source's counter (none for null) and drops the current share; the last
+// share deletes counter and box once the lock is released.
+template <typename B>
+void GSharedHandle<B>::replace(GSharedHandle const *source)
+{
+    PRefCount *old;
+    unsigned long remaining;
+    {
+        PRefCountLock lock;
+        old = ref;
+        ref = source ? source->ref : nullptr;
+        if (ref)
+            ++*ref;
+        if (!old)
+            return;
+        remaining = old->decrement();
+    }
+    if (remaining > 0)
+        return;
+    B *shared = static_cast<B *>(old->pointer());
+    delete old;
+    delete shared;
+}
+
+extern template class TESKWIN_API GSharedHandle<GHandleBox<HPEN>>;
+extern template class TESKWIN_API GSharedHandle<GHandleBox<HBRUSH>>;
+extern template class TESKWIN_API GSharedHandle<GHandleBox<HFONT>>;
+extern template class TESKWIN_API GSharedHandle<GHandleBox<HPALETTE>>;
+extern template class TESKWIN_API GSharedHandle<GBitmapBox>;

@@ -8,6 +8,7 @@ list(APPEND TESKWIN_HEADERS
   graphics/GDiBitmap.h
 )
 list(APPEND TESKWIN_SOURCES
+  graphics/GSharedHandle.cpp
   graphics/GStockObjects.cpp
   graphics/GPen.cpp
   graphics/GBrush.cpp

@@ -1,0 +1,4 @@
+// Identifiers of the graphics tests' resources.
+#pragma once
+
+#define IDB_QUADRANTS 101
