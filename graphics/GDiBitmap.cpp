@@ -71,12 +71,7 @@ int unpackRows(PFile &file, unsigned char *out, BITMAPINFOHEADER const &header, 
 
 int GDiBitmap::fail(int result)
 {
-    if (pixels)
-        PGlobalFree(pixels);
-    if (header)
-        PGlobalFree(header);
-    pixels = nullptr;
-    header = nullptr;
+    release();
     return result;
 }
 
@@ -98,7 +93,7 @@ int GDiBitmap::createPalette(tagRGBQUAD *quads)
 int GDiBitmap::load(PString const &fileName)
 {
     // A reload starts from an empty image rather than abandoning the old blocks.
-    fail(resultOk);
+    release();
     PFile file;
     // A failed open shows as the failed read that follows.
     file.open(fileName, PFile::readAccess, PFile::shareRead | PFile::shareWrite, PFile::openExisting);
@@ -198,7 +193,7 @@ int GDiBitmap::load(PString const &fileName)
 
 int GDiBitmap::load(GBitmap const &bitmap)
 {
-    fail(resultOk);
+    release();
     BITMAP info = {};
     GetObjectA(bitmap.getHandle(), sizeof info, &info);
     unsigned short bits = static_cast<unsigned short>(info.bmPlanes * info.bmBitsPixel);

@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <climits>
 #include <cstring>
 
 namespace {
@@ -39,6 +40,14 @@ void putLong(unsigned char *at, unsigned long value)
 {
     putWord(at, value & 0xFFFF);
     putWord(at + 2, value >> 16);
+}
+
+// Truncation toward zero, held within int; NaN gives 0.
+int truncated(double value)
+{
+    if (value > INT_MIN && value < INT_MAX)
+        return static_cast<int>(value);
+    return value >= INT_MAX ? INT_MAX : value <= INT_MIN ? INT_MIN : 0;
 }
 
 int writeAll(PFile &file, void *block, unsigned long size)
@@ -80,14 +89,14 @@ GImage::GImage(GImage const &other)
     : pixels(nullptr), header(nullptr), colorTable(other.colorTable), modified(other.modified),
       source(other.source), resolutionScale(other.resolutionScale), offsetX(other.offsetX), offsetY(other.offsetY)
 {
-    adopt(other);
+    copyPicture(other);
 }
 
 GImage &GImage::operator=(GImage const &other)
 {
     if (this != &other) {
         release();
-        adopt(other);
+        copyPicture(other);
         colorTable = other.colorTable;
     }
     return *this;
@@ -96,7 +105,7 @@ GImage &GImage::operator=(GImage const &other)
 GImage::~GImage() { release(); }
 
 // Copies the other image's header and pixels into this empty one.
-void GImage::adopt(GImage const &other)
+void GImage::copyPicture(GImage const &other)
 {
     if (!other.header)
         return;
@@ -135,8 +144,8 @@ unsigned short GImage::getHeightResolution() const
 
 PCoord<int> GImage::convertToPixel(PCoord<double> const &point) const
 {
-    return PCoord<int>(static_cast<int>(point.xval() / resolutionScale - offsetX),
-                       static_cast<int>(point.yval() / resolutionScale - offsetY));
+    return PCoord<int>(truncated(point.xval() / resolutionScale - offsetX),
+                       truncated(point.yval() / resolutionScale - offsetY));
 }
 
 unsigned short GImage::numColors() const
@@ -349,17 +358,23 @@ GImage *GImage::getSubImage(GPoint const &topLeft, GPoint const &bottomRight)
 {
     if (!header)
         return nullptr;
-    auto clamp = [](int v, long high) { return v < 0 ? 0 : v > high ? static_cast<int>(high) : v; };
-    const int x0 = clamp(static_cast<int>(static_cast<double>(topLeft.getX())), header->biWidth - 1);
-    const int y0 = clamp(static_cast<int>(static_cast<double>(topLeft.getY())), header->biHeight - 1);
-    const int x1 = clamp(static_cast<int>(static_cast<double>(bottomRight.getX())), header->biWidth - 1);
-    const int y1 = clamp(static_cast<int>(static_cast<double>(bottomRight.getY())), header->biHeight - 1);
+    const GImageRows rows(pixels, *header);
+    // A picture whose rows the buffer doesn't hold whole has nothing to cut.
+    if (rows.count() == 0 || rows.count() < static_cast<unsigned long>(header->biHeight))
+        return nullptr;
+    auto clamp = [](double v, long high) {
+        const int whole = truncated(v);
+        return whole < 0 ? 0 : whole > high ? static_cast<int>(high) : whole;
+    };
+    const int x0 = clamp(topLeft.getX(), header->biWidth - 1);
+    const int y0 = clamp(topLeft.getY(), header->biHeight - 1);
+    const int x1 = clamp(bottomRight.getX(), header->biWidth - 1);
+    const int y1 = clamp(bottomRight.getY(), header->biHeight - 1);
     // The one-pixel selection at the origin counts as no selection.
     if (x0 == 0 && y0 == 0 && x1 == 0 && y1 == 0)
         return nullptr;
-    const GImageRows rows(pixels, *header);
-    // Corners out of order, or rows the buffer doesn't hold, select nothing.
-    if (x1 < x0 || y1 < y0 || static_cast<unsigned long>(header->biHeight) > rows.count())
+    // Corners out of order select nothing.
+    if (x1 < x0 || y1 < y0)
         return nullptr;
 
     BITMAPINFOHEADER *part = copyHeader(*header);

@@ -103,9 +103,11 @@ protected:
     double offsetX;
     double offsetY;
 
-private:
-    void adopt(GImage const &other);
+    // Frees header and pixels, leaving the image empty.
     void release();
+
+private:
+    void copyPicture(GImage const &other);
     // Palette entry i; black past the colours the palette holds.
     GColor entry(unsigned int i) const { return colorTable.getEntry(static_cast<unsigned short>(i)); }
     // Byte offset of a picture position, or -1 when the pixel's `bytes` lie outside the buffer.

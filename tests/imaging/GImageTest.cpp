@@ -204,6 +204,12 @@ TEST(GImage, SubImageCopiesPictureRowsInOrder)
     EXPECT_EQ(part->getPixel(0, 0), GColor(11, 11, 11));
     EXPECT_EQ(part->getPixel(1, 2), GColor(3, 3, 3));
 
+    std::unique_ptr<GImage> all(image.getSubImage(GPoint(-1e300, 0), GPoint(1e300, 1e300)));
+    ASSERT_NE(all, nullptr);
+    EXPECT_EQ(all->getWidth(), 4);
+    EXPECT_EQ(image.getSubImage(GPoint(3, 2), GPoint(1, 1)), nullptr); // corners out of order
+    EXPECT_EQ(ProbeImage(0, 2, ProbeImage::greys(2)).getSubImage(GPoint(0, 0), GPoint(1, 1)), nullptr);
+
     ProbeImage color(3, 2, {});
     color.setPixel(1, 2, GColor(1, 2, 3));
     std::unique_ptr<GImage> corner(color.getSubImage(GPoint(2, 1), GPoint(2, 1)));
