@@ -323,7 +323,10 @@ TEST(GDiBitmap, DeviceBitmapsReadInTheirOwnDepth)
     const unsigned char bits[] = {0xF0, 0, 0x0F, 0};
     GBitmap mono(bits, 8, 2, 1, 1);
     LoadedBitmap image;
+    ScreenDcCount screen;
     ASSERT_EQ(image.load(mono), 0);
+    EXPECT_EQ(screen.taken, 1);
+    EXPECT_EQ(screen.released, 1);
     EXPECT_EQ(image.info().biBitCount, 1);
     EXPECT_EQ(image.info().biWidth, 8);
     EXPECT_EQ(image.bytes()[0], 0x0F); // the bottom row comes first

@@ -290,8 +290,14 @@ TEST(GImage, MakeBitmapDrawsThePicture)
     ProbeImage image(2, 2, {GColor(0, 0, 0), GColor(255, 0, 0), GColor(0, 0, 255)});
     *image.at(1, 0) = 1; // top left
     *image.at(0, 1) = 2; // bottom right
+    GdiObjectCounter objects;
+    ScreenDcCount screen;
+    ASSERT_TRUE(screen.active());
     GBitmap bitmap = image;
     ASSERT_EQ(bitmap.isValid(), 1);
+    EXPECT_EQ(screen.taken, 1);
+    EXPECT_EQ(screen.released, 1);
+    EXPECT_EQ(objects.live(), 1); // the bitmap, and nothing else
     EXPECT_EQ(bitmap.getSize().getX(), 2);
 
     HDC dc = CreateCompatibleDC(nullptr);

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "TeskWin.h"
+#include "support/GdiObjectCounter.h"
+#include "support/ImportPatch.h"
 
 #include <windows.h>
 
@@ -56,4 +58,42 @@ private:
     {
         return colors.empty() ? GPalette() : GPalette(static_cast<unsigned short>(colors.size()), colors.data());
     }
+};
+
+// Counts the screen contexts that the library takes with GetDC and gives back with ReleaseDC.
+class ScreenDcCount {
+public:
+    ScreenDcCount()
+        : getPatch("TeskWin.dll", "user32.dll", "GetDC", reinterpret_cast<void *>(&countedGetDC)),
+          releasePatch("TeskWin.dll", "user32.dll", "ReleaseDC", reinterpret_cast<void *>(&countedReleaseDC))
+    {
+        current() = this;
+    }
+    ~ScreenDcCount() { current() = nullptr; }
+    ScreenDcCount(ScreenDcCount const &) = delete;
+    ScreenDcCount &operator=(ScreenDcCount const &) = delete;
+
+    bool active() const { return getPatch.isActive() && releasePatch.isActive(); }
+    int taken = 0;
+    int released = 0;
+
+private:
+    static ScreenDcCount *&current()
+    {
+        static ScreenDcCount *instance = nullptr;
+        return instance;
+    }
+    static HDC WINAPI countedGetDC(HWND window)
+    {
+        ++current()->taken;
+        return current()->getPatch.originalAs<decltype(GetDC)>()(window);
+    }
+    static int WINAPI countedReleaseDC(HWND window, HDC dc)
+    {
+        ++current()->released;
+        return current()->releasePatch.originalAs<decltype(ReleaseDC)>()(window, dc);
+    }
+
+    ImportPatch getPatch;
+    ImportPatch releasePatch;
 };
