@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <cstdlib>
 #include <new>
 
 namespace {
@@ -64,7 +65,7 @@ struct GreyTables {
         for (unsigned int sum = 0; sum < sizeof weighted; ++sum)
             weighted[sum] = lowerOf(roundHalfAway(sum * 0.01), 255);
     }
-    unsigned char mean[3 * 255 + 1];             // by a + b + c
+    unsigned char mean[3 * 255 + 1];                  // by a + b + c
     unsigned char weighted[(30 + 59 + 11) * 255 + 1]; // by 30 a + 59 b + 11 c
 };
 
@@ -81,7 +82,6 @@ public:
     ~GlobalBlock() { PGlobalFree(block); }
     GlobalBlock(GlobalBlock const &) = delete;
     GlobalBlock &operator=(GlobalBlock const &) = delete;
-    explicit operator bool() const { return block != nullptr; }
 
 private:
     void *block;
@@ -160,13 +160,15 @@ private:
     }
 
     // The k between low and high where the cumulative count is nearest the middle of the two.
+    // Wide arithmetic, so that no count can overflow the doubling.
     unsigned char splitPoint(unsigned char low, unsigned char high) const
     {
-        const long ends = static_cast<long>(tree.integrate[high]) + static_cast<long>(tree.integrate[low]);
+        unsigned long const *sums = tree.integrate;
+        const long long ends = static_cast<long long>(sums[high]) + sums[low];
         unsigned char best = low + 1;
-        long bestMeasure = labs(2 * static_cast<long>(tree.integrate[best]) - ends);
+        long long bestMeasure = llabs(2LL * sums[best] - ends);
         for (unsigned int k = low + 2u; k < high; ++k) {
-            const long measure = labs(2 * static_cast<long>(tree.integrate[k]) - ends);
+            const long long measure = llabs(2LL * sums[k] - ends);
             if (measure < bestMeasure) {
                 bestMeasure = measure;
                 best = static_cast<unsigned char>(k);
