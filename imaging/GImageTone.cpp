@@ -56,6 +56,37 @@ GColor washedOut(GColor const &color, double amount)
     return GColor(hsv);
 }
 
+// Wash-outs of recently seen colours, held by a hash of the colour: a picture repeats its
+// colours, and each wash-out costs two conversions through hue, saturation and value.
+class WashOutCache {
+public:
+    explicit WashOutCache(double amount) : amount(amount)
+    {
+        for (unsigned long &key : keys)
+            key = empty;
+    }
+
+    // Red, green, blue in the low three bytes, in and out.
+    unsigned long operator()(unsigned long rgb)
+    {
+        const unsigned int slot = static_cast<unsigned int>((rgb * 2654435761u) >> (32 - slotBits));
+        if (keys[slot] != rgb) {
+            const GColor color = washedOut(GColor(rgb & 0xFF, (rgb >> 8) & 0xFF, (rgb >> 16) & 0xFF), amount);
+            keys[slot] = rgb;
+            values[slot] = color.getR() | (color.getG() << 8) | (static_cast<unsigned long>(color.getB()) << 16);
+        }
+        return values[slot];
+    }
+
+private:
+    static const unsigned int slotBits = 12;
+    static const unsigned long empty = 0xFFFFFFFFul; // no colour has a top byte
+
+    double amount;
+    unsigned long keys[1u << slotBits];
+    unsigned long values[1u << slotBits];
+};
+
 // Grey levels of a true-colour triple, looked up by the sum that decides them.
 struct GreyTables {
     GreyTables()
@@ -234,17 +265,12 @@ void GImage::adjustBrightness(double amount)
     const unsigned int n = numColors();
     if (n == 0) {
         // Deliberate: a flat run of triples across row padding; nothing is kept to undo it.
-        GColor last;
-        GColor lastWashed = washedOut(last, amount);
-        forEachTriple(pixels, header->biSizeImage, [&](unsigned char *p) {
-            const GColor color(p[0], p[1], p[2]);
-            if (!(color == last)) {
-                last = color;
-                lastWashed = washedOut(color, amount);
-            }
-            p[0] = lastWashed.getR();
-            p[1] = lastWashed.getG();
-            p[2] = lastWashed.getB();
+        WashOutCache washed(amount);
+        forEachTriple(pixels, header->biSizeImage, [&washed](unsigned char *p) {
+            const unsigned long rgb = washed(p[0] | (p[1] << 8) | (static_cast<unsigned long>(p[2]) << 16));
+            p[0] = static_cast<unsigned char>(rgb);
+            p[1] = static_cast<unsigned char>(rgb >> 8);
+            p[2] = static_cast<unsigned char>(rgb >> 16);
         });
         return;
     }

@@ -81,6 +81,27 @@ TEST(GImageTone, TrueColourBrightnessRunsFlatAcrossPadding)
     EXPECT_EQ(image.bytes()[7], 100);
     image.restoreBrightness();
     EXPECT_EQ(image.bytes()[0], 152);
+
+    // Many colours, each seen several times, wash out as the same colours do in a palette.
+    std::vector<GColor> colors;
+    unsigned int state = 99;
+    for (int i = 0; i < 200; ++i) {
+        state = state * 1103515245u + 12345u;
+        colors.emplace_back(state >> 24, state >> 16, state >> 8);
+    }
+    ProbeImage reference(1, 1, colors);
+    reference.adjustBrightness(0.3);
+    ProbeImage picture(static_cast<long>(colors.size()), 3, {});
+    for (unsigned long r = 0; r < 3; ++r)
+        for (size_t i = 0; i < colors.size(); ++i)
+            picture.setPixel(r, i, colors[(i * 7 + r) % colors.size()]);
+    picture.adjustBrightness(0.3);
+    for (unsigned long r = 0; r < 3; ++r)
+        for (size_t i = 0; i < colors.size(); ++i) {
+            const GColor expected = reference.palette().getEntry((i * 7 + r) % colors.size());
+            unsigned char const *p = picture.at(2 - r, i);
+            ASSERT_EQ(GColor(p[0], p[1], p[2]), expected) << r << ", " << i;
+        }
 }
 
 TEST(GImageTone, GrayScaleModes)
