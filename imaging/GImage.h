@@ -93,6 +93,8 @@ protected:
     unsigned long *buildHistogram();
     // Running sums of a histogram: an array from PGlobalAlloc, or null.
     unsigned long *buildIntegrate(unsigned long const *histogram);
+    // Frees header and pixels, leaving the image empty.
+    void release();
 
     unsigned char *pixels;
     tagBITMAPINFOHEADER *header;
@@ -102,9 +104,6 @@ protected:
     double resolutionScale;
     double offsetX;
     double offsetY;
-
-    // Frees header and pixels, leaving the image empty.
-    void release();
 
 private:
     void copyPicture(GImage const &other);
