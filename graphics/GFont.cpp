@@ -1,5 +1,7 @@
 #include "graphics/GFont.h"
 
+#include "graphics/GObjectSelection.h"
+
 #include <algorithm>
 #include <mbstring.h>
 
@@ -17,23 +19,6 @@ public:
 
 private:
     HDC dc;
-};
-
-// An object selected into a device context for a scope; what was there goes back.
-class Selection {
-public:
-    Selection(HDC dc, HGDIOBJ object) : dc(dc), previous(SelectObject(dc, object)) {}
-    ~Selection()
-    {
-        if (previous)
-            SelectObject(dc, previous);
-    }
-    Selection(Selection const &) = delete;
-    Selection &operator=(Selection const &) = delete;
-
-private:
-    HDC dc;
-    HGDIOBJ previous;
 };
 
 // The size of NONCLIENTMETRICSA without the padded border width, which every version of
@@ -96,8 +81,8 @@ LONG clampToReadableSize(LONG height)
 void copyFaceName(char (&faceName)[LF_FACESIZE], PString const &name)
 {
     std::fill(faceName, faceName + LF_FACESIZE, 0);
-    _mbsnbcpy(reinterpret_cast<unsigned char *>(faceName), reinterpret_cast<unsigned char const *>(
-                                                               static_cast<char const *>(name)),
+    char const *text = name;
+    _mbsnbcpy(reinterpret_cast<unsigned char *>(faceName), reinterpret_cast<unsigned char const *>(text),
               LF_FACESIZE - 1);
 }
 
@@ -138,10 +123,7 @@ GFont::GFont(int kind, int limitSize) : logFont()
 
 GFont::GFont(int height, PString const &face, FontStyle style, int match, int languageCharSet) : logFont()
 {
-    setFace(face, match);
-    logFont.lfHeight = height;
-    logFont.lfItalic = style == Italic || style == BoldItalic;
-    logFont.lfWeight = style == Bold || style == BoldItalic ? FW_BOLD : FW_NORMAL;
+    describe(height, 0, face, style, match);
     if (languageCharSet)
         setLanguageCharSet(logFont);
     create();
@@ -149,11 +131,7 @@ GFont::GFont(int height, PString const &face, FontStyle style, int match, int la
 
 GFont::GFont(int height, int width, PString const &face, FontStyle style, int match) : logFont()
 {
-    setFace(face, match);
-    logFont.lfHeight = height;
-    logFont.lfWidth = width;
-    logFont.lfItalic = style == Italic || style == BoldItalic;
-    logFont.lfWeight = style == Bold || style == BoldItalic ? FW_BOLD : FW_NORMAL;
+    describe(height, width, face, style, match);
     create();
 }
 
@@ -175,9 +153,13 @@ void GFont::describe(HFONT handle, int owned)
     GetObjectA(handle, sizeof logFont, &logFont);
 }
 
-void GFont::setFace(PString const &face, int match)
+void GFont::describe(int height, int width, PString const &face, FontStyle style, int match)
 {
     copyFaceName(logFont.lfFaceName, match ? findMatch(face) : face);
+    logFont.lfHeight = height;
+    logFont.lfWidth = width;
+    logFont.lfItalic = style == Italic || style == BoldItalic;
+    logFont.lfWeight = style == Bold || style == BoldItalic ? FW_BOLD : FW_NORMAL;
 }
 
 void GFont::setLanguageCharSet(LOGFONTA &description)
@@ -190,12 +172,14 @@ void GFont::setLanguageCharSet(LOGFONTA &description)
         description.lfPitchAndFamily = 8;
         break;
     case LANG_KOREAN:
+        // Johab here, Hangeul where a device retries a face: deliberate, both stand.
         description.lfCharSet = JOHAB_CHARSET;
         break;
     case LANG_JAPANESE:
         description.lfCharSet = SHIFTJIS_CHARSET;
         break;
     case LANG_CHINESE:
+        // Simplified script for the sublanguage 0x800 (China); Big5 for every other.
         description.lfCharSet =
             SUBLANGID(language) == SUBLANG_CHINESE_SIMPLIFIED ? GB2312_CHARSET : CHINESEBIG5_CHARSET;
         break;
@@ -216,7 +200,7 @@ PString GFont::findMatch(PString const &name)
     ScreenContext screen;
     LOGFONTA wanted = {};
     {
-        Selection systemFont(screen, GetStockObject(SYSTEM_FONT));
+        GObjectSelection systemFont(screen, GetStockObject(SYSTEM_FONT));
         wanted.lfCharSet = static_cast<BYTE>(GetTextCharset(screen));
     }
     copyFaceName(wanted.lfFaceName, name);

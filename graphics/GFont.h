@@ -81,7 +81,8 @@ private:
     void create();
     // Names handle, owned or not, and describes the font from it.
     void describe(HFONT handle, int owned);
-    void setFace(PString const &face, int match);
+    // Describes a face at a size and style, not yet made.
+    void describe(int height, int width, PString const &face, FontStyle style, int match);
     static void setLanguageCharSet(LOGFONTA &description);
 
     LOGFONTA logFont;

@@ -102,6 +102,27 @@ TEST(GPen, OnlyTheLowSixteenBitsOfTheStyleReachThePlatform)
     EXPECT_EQ(pen.getStyle(), geometricDash);
 }
 
+TEST(GPen, StockObjectsSelectTheirStockHandlesAndAreNeverDeleted)
+{
+    GdiObjectCounter counter;
+    {
+        GMemoryDevice screen;
+        GBitmap bitmap(nullptr, 4, 4, 1, 32);
+        GMemoryDevice device(screen, bitmap);
+        device.setPen(GPen::Null);
+        EXPECT_EQ(GetCurrentObject(device, OBJ_PEN), GetStockObject(NULL_PEN));
+        device.setBrush(GBrush::Null);
+        EXPECT_EQ(GetCurrentObject(device, OBJ_BRUSH), GetStockObject(NULL_BRUSH));
+        device.setPen(GPen());
+        EXPECT_EQ(GetCurrentObject(device, OBJ_PEN), GetStockObject(BLACK_PEN));
+        device.setBrush(GBrush::Null);
+    }
+    EXPECT_TRUE(counter.eachDeletedOnce());
+    EXPECT_EQ(counter.deletions(GetStockObject(NULL_PEN)), 0);
+    EXPECT_EQ(counter.deletions(GetStockObject(NULL_BRUSH)), 0);
+    EXPECT_EQ(counter.deletions(GetStockObject(BLACK_PEN)), 0);
+}
+
 TEST(GBrush, SolidAndHatchedBrushesDescribeThemselves)
 {
     GdiObjectCounter counter;

@@ -1,0 +1,159 @@
+// GDevice.h - the drawing surface.
+//
+//   GDevice        one platform device context with its selected pen, brush and font, the stated
+//                  mapping mode and its reduced form; abstract in getDeviceArea
+//   tagDeviceType  what TECHNOLOGY reports
+//   GDeviceCaps    read-only view of a device's capabilities
+//
+// The device never obtains a handle itself: a derived class stores dc and, if the platform
+// state should come back at the end, calls initObjects. Without a handle, selection does
+// nothing and conversions give their neutral values.
+#pragma once
+
+#include "foundation/GColor.h"
+#include "foundation/GPoint.h"
+#include "foundation/TeskWinExport.h"
+#include "graphics/GBrush.h"
+#include "graphics/GFont.h"
+#include "graphics/GMapMode.h"
+#include "graphics/GPalette.h"
+#include "graphics/GPen.h"
+#include "graphics/GRect.h"
+
+#include <windows.h>
+
+class GDeviceCaps;
+
+class TESKWIN_API GDevice {
+public:
+    GDevice();
+    // Copies share the handle and the objects; both restore the saved state on destruction,
+    // so a copy is for a short life inside the original's.
+    GDevice(GDevice const &other) = default;
+    GDevice &operator=(GDevice const &other) = default;
+    virtual ~GDevice();
+
+    virtual void setPen(GPen const &pen);
+    // Width and height of the drawable area in device units.
+    virtual GPoint getDeviceArea() = 0;
+
+    // Saves the platform state of the handle, to be restored by the destructor.
+    void initObjects();
+
+    operator HDC() const { return dc; }
+    HDC getDC() const { return dc; }
+    GPen const &getPen() const { return pen; }
+    GBrush const &getBrush() const { return brush; }
+    GFont const &getFont() const { return font; }
+    GMapMode const &getMapMode() const { return mapMode; }
+    GDeviceCaps getDeviceCaps();
+
+    // The background colour follows the brush's colour.
+    void setBrush(GBrush const &brush);
+    // Falls back to the system's character set when the platform took another face.
+    void setFont(GFont const &font);
+    // Realises the palette on a device of a window; the number of entries realised, or
+    // all bits set when the device has no window. With select non-zero the palette is
+    // selected for the realisation only.
+    unsigned setPalette(GPalette const &palette, int select);
+
+    // Drawing attributes: one platform call each, with no test for a handle.
+    void setTextColor(GColor const &color);
+    GColor getTextColor();
+    void setTextCharacterSpacing(int spacing);
+    int getTextCharacterSpacing();
+    void setBackgroundColor(GColor const &color);
+    GColor getBackgroundColor();
+    void setBackgroundMode(enum backgroundMode mode);
+    int getBackgroundMode();
+    // Each raster operation on, or back to copying the pen.
+    void setNOT(int on);
+    void setXOR(int on);
+    void setMASK(int on);
+
+    // Logical to device units by the reduced form, truncating; the way every drawing
+    // operation reaches the device.
+    long newTranslateX(double x) const { return GDeviceMapMode::translateX(deviceMapMode, x); }
+    long newTranslateY(double y) const { return GDeviceMapMode::translateY(deviceMapMode, y); }
+    double newTranslateXinv(long x) const { return GDeviceMapMode::translateXinv(deviceMapMode, x); }
+    double newTranslateYinv(long y) const { return GDeviceMapMode::translateYinv(deviceMapMode, y); }
+
+    // Points and lengths through the reduced form; (0, 0) and the length itself without a handle.
+    GPoint deviceToLogical(GPoint const &p);
+    GPoint logicalToDevice(GPoint const &p);
+    double lengthDeviceToLogical(double d);
+    double lengthLogicalToDevice(double d);
+
+    // The reduced form of a stated mapping, without a device.
+    static GDeviceMapMode getGDeviceMapMode(GMapMode const &mode);
+    void setMapMode(GMapMode const &mode);
+    // A logical window over the whole drawable area: x from a at the left to b at the right,
+    // y from d at the top to c at the bottom, equal scale on both axes.
+    void setWindow(double a, double b, double c, double d);
+    void getWindowCoords(double &a, double &b, double &c, double &d) const;
+
+    // A clip rectangle in device units, untranslated.
+    void setClipRegion(GRect const &rect);
+    // An invalid region removes the clip.
+    void setClipRegion(GRgn const &region);
+    // A copy of the clip region, or an invalid region when there is none.
+    GRgn getClipRegion();
+
+    // Drives out drawing the platform has batched, by selecting brushes.
+    void flush() const;
+
+protected:
+    HDC dc;
+    int savedState;
+    TEXTMETRICA textMetrics;
+    GMapMode mapMode;
+    GDeviceMapMode deviceMapMode;
+    GPen pen;
+    GBrush brush;
+    GFont font;
+    GPoint reservedPoint;
+};
+
+// The values of GetDeviceCaps(TECHNOLOGY).
+enum tagDeviceType : int {
+    plotterDevice = DT_PLOTTER,
+    rasterDisplayDevice = DT_RASDISPLAY,
+    rasterPrinterDevice = DT_RASPRINTER,
+    rasterCameraDevice = DT_RASCAMERA,
+    characterStreamDevice = DT_CHARSTREAM,
+    metafileDevice = DT_METAFILE,
+    displayFileDevice = DT_DISPFILE
+};
+
+// Pairs come from two indexes, the first as x and the second as y.
+class TESKWIN_API GDeviceCaps {
+public:
+    explicit GDeviceCaps(GDevice const &device) : dc(device.getDC()) {}
+
+    GPoint getAspect() const { return pair(ASPECTX, ASPECTY); }
+    int getAspectXY() const { return GetDeviceCaps(dc, ASPECTXY); }
+    enum tagDeviceType getDeviceType() const { return tagDeviceType(GetDeviceCaps(dc, TECHNOLOGY)); }
+    // Millimetres.
+    GPoint getSize() const { return pair(HORZSIZE, VERTSIZE); }
+    GPoint getRes() const { return pair(HORZRES, VERTRES); }
+    GPoint getPixelsPerInch() const { return pair(LOGPIXELSX, LOGPIXELSY); }
+    int getBitsPerPixel() const { return GetDeviceCaps(dc, BITSPIXEL); }
+    int getColorPlanes() const { return GetDeviceCaps(dc, PLANES); }
+    int getNumColors() const { return GetDeviceCaps(dc, NUMCOLORS); }
+    int getNumPens() const { return GetDeviceCaps(dc, NUMPENS); }
+    GPoint getPhysicalSize() const { return pair(PHYSICALWIDTH, PHYSICALHEIGHT); }
+    GPoint getPhysicalOffset() const { return pair(PHYSICALOFFSETX, PHYSICALOFFSETY); }
+    int getPDeviceSize() const { return GetDeviceCaps(dc, PDEVICESIZE); }
+    int getClipCaps() const { return GetDeviceCaps(dc, CLIPCAPS); }
+    int getSizePalette() const { return GetDeviceCaps(dc, SIZEPALETTE); }
+    // The printable area's offset in the units of getSize; (0, 0) without a resolution.
+    GPoint getOffset() const;
+
+private:
+    GPoint pair(int xIndex, int yIndex) const
+    {
+        return GPoint(GetDeviceCaps(dc, xIndex), GetDeviceCaps(dc, yIndex));
+    }
+
+    HDC dc;
+};

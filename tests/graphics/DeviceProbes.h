@@ -1,0 +1,53 @@
+// DeviceProbes.h - devices for the device tests.
+//
+//   HandlelessDevice  a device that never gets a handle, of a given area
+//   HandleDevice      a device on a handle the test owns, saving its state as GDC would
+//   ProbeDevice       a memory device on a 32-bit bitmap, showing its protected state
+//   pixelAt           a pixel of a device's bitmap, read back from the platform
+#pragma once
+
+#include <windows.h>
+
+#include "TeskWin.h"
+
+class HandlelessDevice : public GDevice {
+public:
+    explicit HandlelessDevice(GPoint area = GPoint(200, 200)) : area(area) {}
+    GPoint getDeviceArea() override { return area; }
+    GDeviceMapMode reduced() const { return deviceMapMode; }
+
+private:
+    GPoint area;
+};
+
+class HandleDevice : public GDevice {
+public:
+    explicit HandleDevice(HDC handle, GPoint area = GPoint(100, 100)) : area(area)
+    {
+        dc = handle;
+        initObjects();
+    }
+    GPoint getDeviceArea() override { return area; }
+    int saved() const { return savedState; }
+
+private:
+    GPoint area;
+};
+
+class ProbeDevice : public GMemoryDevice {
+public:
+    ProbeDevice(GDevice &screen, GBitmap &bitmap) : GMemoryDevice(screen, bitmap) {}
+    GDeviceMapMode reduced() const { return deviceMapMode; }
+    TEXTMETRICA &metrics() { return textMetrics; }
+};
+
+// A device-dependent bitmap of 32 bits a pixel, whatever the screen has.
+inline GBitmap colourBitmap(int width, int height)
+{
+    return GBitmap(nullptr, width, height, 1, 32);
+}
+
+inline COLORREF pixelAt(GDevice const &device, int x, int y)
+{
+    return GetPixel(device.getDC(), x, y);
+}
