@@ -149,6 +149,11 @@ TEST(GDiBitmap, LowDepthFilesSpreadToOneBytePerPixel)
     EXPECT_EQ(std::vector<unsigned char>(one.bytes(), one.bytes() + 12),
               (std::vector<unsigned char>{1, 0, 1, 0, 0, 1, 0, 1, 1, 0, 0, 0}));
     EXPECT_EQ(one.palette().getEntry(1), GColor(1, 2, 3));
+    LoadedBitmap oneUncounted;
+    ASSERT_EQ(oneUncounted.loadFile(BmpFile::info(9, 1, 1, 0, 2, {0xA5, 0x80, 0xFF, 0xFF}).save(files)), 0);
+    EXPECT_EQ(oneUncounted.numColors(), 256);
+    EXPECT_EQ(oneUncounted.bytes()[8], 1);
+    EXPECT_EQ(oneUncounted.palette().getEntry(2), GColor(0xFF, 0x80, 0xA5));
 }
 
 TEST(GDiBitmap, EightAndTwentyFourBitFiles)
