@@ -274,30 +274,40 @@ int GImage::getImageType()
 
 namespace {
 
-// The positions of a subset window: stored rows and columns from centre - size / 2 to
-// centre + size / 2 in 16-bit unsigned arithmetic, with each row's pointer, or null for a row
-// outside the buffer. Positions outside the picture yield zero values rather than stray reads.
-struct SubsetWindow {
-    SubsetWindow(GImageRows const &rows, unsigned short row, unsigned short column, unsigned short size)
-        : rows(rows)
-    {
-        const unsigned short half = size >> 1;
-        rowLow = static_cast<unsigned short>(row - half);
-        rowHigh = static_cast<unsigned short>(row + half);
-        columnLow = static_cast<unsigned short>(column - half);
-        columnHigh = static_cast<unsigned short>(column + half);
+// Reads the window of a subset: stored rows and columns from centre - size / 2 to centre + size / 2,
+// in 16-bit unsigned arithmetic, row after row. The first value of a row is read at the window's
+// first pixel, each next one `advance` bytes on; read(pixel) takes `bytes` bytes there. Positions
+// outside the buffer's rows yield Out() rather than stray reads.
+template <class Out, class Read>
+void readWindow(GImageRows const &rows, unsigned short row, unsigned short column, unsigned short size,
+                unsigned long advance, unsigned long bytes, Out *out, Read read)
+{
+    const unsigned short half = size >> 1;
+    const unsigned int rowLow = static_cast<unsigned short>(row - half);
+    const unsigned int rowHigh = static_cast<unsigned short>(row + half);
+    const unsigned int columnLow = static_cast<unsigned short>(column - half);
+    const unsigned int columnHigh = static_cast<unsigned short>(column + half);
+    if (rowHigh < rowLow || columnHigh < columnLow)
+        return;
+    const unsigned long count = columnHigh - columnLow + 1;
+    const unsigned long first = columnLow * rows.bytesPerPixel();
+    // The leading columns whose bytes lie inside a row; the rest lie past its end.
+    unsigned long inside = 0;
+    if (first + bytes <= rows.rowBytes()) {
+        const unsigned long room = advance ? (rows.rowBytes() - first - bytes) / advance + 1 : count;
+        inside = room < count ? room : count;
     }
-
-    unsigned char const *rowAt(unsigned int r) const { return r < rows.count() ? rows.row(r) : nullptr; }
-    // The pixel's first byte when its `bytes` lie inside the row, else null.
-    unsigned char const *at(unsigned char const *rowStart, unsigned long byteOffset, unsigned int bytes) const
-    {
-        return rowStart && byteOffset + bytes <= rows.rowBytes() ? rowStart + byteOffset : nullptr;
+    for (unsigned int r = rowLow; r <= rowHigh; ++r) {
+        unsigned long done = 0;
+        if (r < rows.count()) {
+            unsigned char const *at = rows.row(r) + first;
+            for (; done < inside; ++done, at += advance)
+                *out++ = read(at);
+        }
+        for (; done < count; ++done)
+            *out++ = Out();
     }
-
-    GImageRows const &rows;
-    unsigned int rowLow, rowHigh, columnLow, columnHigh;
-};
+}
 
 } // namespace
 
@@ -307,51 +317,35 @@ void GImage::getSubset(unsigned short row, unsigned short column, int plane, uns
     if (!header || !pixels)
         return;
     const GImageRows rows(pixels, *header);
-    const SubsetWindow window(rows, row, column, size);
     const unsigned long step = rows.bytesPerPixel();
-    for (unsigned int r = window.rowLow; r <= window.rowHigh; ++r) {
-        unsigned char const *rowStart = window.rowAt(r);
-        for (unsigned int c = window.columnLow; c <= window.columnHigh; ++c) {
-            if (plane < 0) {
-                // Raw bytes: from the window's first pixel, one byte per column.
-                unsigned char const *p = window.at(rowStart, window.columnLow * step + (c - window.columnLow), 1);
-                *out++ = p ? *p : 0;
-            } else if (imageType == 0) {
-                unsigned char const *p = window.at(rowStart, c * step, 1);
-                *out++ = entry(p ? *p : 0).getR();
-            } else if (imageType == 1) {
-                if (plane > 2)
-                    continue;
-                unsigned char const *p = window.at(rowStart, c * step, 1);
-                const GColor e = entry(p ? *p : 0);
-                *out++ = plane == 0 ? e.getR() : plane == 1 ? e.getG() : e.getB();
-            } else if (imageType == 2) {
-                unsigned char const *p = window.at(rowStart, c * step, static_cast<unsigned int>(plane) + 1);
-                *out++ = p ? p[plane] : 0;
-            }
-        }
+    if (plane < 0) {
+        // Raw bytes: from the window's first pixel, one byte per column whatever the pixel form.
+        readWindow(rows, row, column, size, 1, 1, out, [](unsigned char const *p) { return *p; });
+    } else if (imageType == 0) {
+        readWindow(rows, row, column, size, step, 1, out,
+                   [this](unsigned char const *p) { return entry(*p).getR(); });
+    } else if (imageType == 1 && plane <= 2) {
+        readWindow(rows, row, column, size, step, 1, out, [this, plane](unsigned char const *p) {
+            const GColor e = entry(*p);
+            return plane == 0 ? e.getR() : plane == 1 ? e.getG() : e.getB();
+        });
+    } else if (imageType == 2) {
+        readWindow(rows, row, column, size, step, static_cast<unsigned long>(plane) + 1, out,
+                   [plane](unsigned char const *p) { return p[plane]; });
     }
 }
 
 void GImage::getSubset(unsigned short row, unsigned short column, unsigned short size, int imageType, GColor *out)
 {
-    if (!header || !pixels || imageType < 0 || imageType > 2)
+    if (!header || !pixels)
         return;
     const GImageRows rows(pixels, *header);
-    const SubsetWindow window(rows, row, column, size);
     const unsigned long step = rows.bytesPerPixel();
-    for (unsigned int r = window.rowLow; r <= window.rowHigh; ++r) {
-        unsigned char const *rowStart = window.rowAt(r);
-        for (unsigned int c = window.columnLow; c <= window.columnHigh; ++c) {
-            if (imageType == 2) {
-                unsigned char const *p = window.at(rowStart, c * step, 3);
-                *out++ = p ? GColor(p[0], p[1], p[2]) : GColor();
-            } else {
-                unsigned char const *p = window.at(rowStart, c * step, 1);
-                *out++ = entry(p ? *p : 0);
-            }
-        }
-    }
+    if (imageType == 0 || imageType == 1)
+        readWindow(rows, row, column, size, step, 1, out, [this](unsigned char const *p) { return entry(*p); });
+    else if (imageType == 2)
+        readWindow(rows, row, column, size, step, 3, out,
+                   [](unsigned char const *p) { return GColor(p[0], p[1], p[2]); });
 }
 
 GImage *GImage::getSubImage(GPoint const &topLeft, GPoint const &bottomRight)
