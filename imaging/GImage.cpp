@@ -57,6 +57,8 @@ int writeAll(PFile &file, void *block, unsigned long size)
 
 } // namespace
 
+const GColor GImage::noColor;
+
 GImage::GImage()
     : pixels(nullptr), header(nullptr), modified(0), source(0), resolutionScale(1.0), offsetX(0.0), offsetY(0.0)
 {
@@ -230,25 +232,21 @@ unsigned char GImage::getIndex(GColor const &color)
     const unsigned int n = numColors();
     if (n == 0)
         return 0;
-    // The palette's list is read in place. Entries it lacks read as black; of those only the
-    // first can be chosen, since ties go to the lower index.
-    static const GColor black;
-    const unsigned int held = colorTable.entryCount <= 0 ? 0
-                              : n < static_cast<unsigned int>(colorTable.entryCount) ? n
-                                                                                      : colorTable.entryCount;
+    // Entries the palette lacks read as black; of those only the first can be chosen, since
+    // ties go to the lower index.
+    const unsigned int held = static_cast<unsigned int>(colorTable.entryCount);
     const unsigned int considered = held < n ? held + 1 : n;
-    auto at = [&](unsigned int i) -> GColor const & { return i < held ? colorTable.entries[i] : black; };
 
     for (unsigned int i = 0; i < considered; ++i)
-        if (at(i) == color)
+        if (entry(i) == color)
             return static_cast<unsigned char>(i);
     const int r = color.getR(), g = color.getG(), b = color.getB();
     auto square = [](int d) { return d * d; };
     // The measures are whole numbers, so comparing them as integers orders them as doubles would.
-    int best = square(at(0).getR() - r) + square(at(0).getG() - g) + square(at(0).getB() - b);
+    int best = square(entry(0).getR() - r) + square(entry(0).getG() - g) + square(entry(0).getB() - b);
     unsigned int bestIndex = 0;
     for (unsigned int i = 1; i < considered; ++i) {
-        GColor const &e = at(i);
+        GColor const &e = entry(i);
         // Deliberate: past entry 0 the blue term measures against the target's red.
         const int measure = square(e.getR() - r) + square(e.getG() - g) + square(e.getB() - r);
         if (measure < best) {

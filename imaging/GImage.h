@@ -107,8 +107,12 @@ protected:
 
 private:
     void copyPicture(GImage const &other);
-    // Palette entry i; black past the colours the palette holds.
-    GColor entry(unsigned int i) const { return colorTable.getEntry(static_cast<unsigned short>(i)); }
+    // Palette entry i, read in place; black past the colours the palette holds.
+    GColor const &entry(unsigned int i) const
+    {
+        return i < static_cast<unsigned int>(colorTable.entryCount) ? colorTable.entries[i] : noColor;
+    }
+    static const GColor noColor;
     // Byte offset of a picture position, or -1 when the pixel's `bytes` lie outside the buffer.
     long long pictureOffset(unsigned long y, unsigned long x, unsigned int bytes) const;
     // The values a histogram, and the tables built from it, range over.
