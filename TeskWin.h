@@ -55,3 +55,5 @@
 #include "widgets/PMessageBox.h"
 #include "widgets/PSysColorManager.h"
 #include "windows/PWindow.h"
+#include "graphics/GDiBitmap.h"
+#include "imaging/GImage.h"

@@ -1,0 +1,145 @@
+// ImageBench - GImage's pixel access, tone operations and .bmp round trip on a 4096 x 4096
+// picture at 24 and 8 bits, in megapixels per second.
+//   wine imaging_bench.exe
+#include "TeskWin.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstring>
+#include <functional>
+
+namespace {
+
+const long theSide = 4096;
+const double theMegapixels = theSide * theSide / 1e6;
+
+// An image of random pixels whose protected operations the benchmark reaches.
+class BenchImage : public GImage {
+public:
+    BenchImage(int bits, GPalette const &palette) : GImage(nullptr, makeHeader(bits), palette)
+    {
+        pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
+        pristine = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
+        unsigned long state = 7;
+        for (unsigned long i = 0; i < header->biSizeImage; ++i) {
+            state = state * 1664525u + 1013904223u;
+            pristine[i] = static_cast<unsigned char>(state >> 24);
+        }
+        reset();
+    }
+    ~BenchImage() override { PGlobalFree(pristine); }
+
+    void reset() { std::memcpy(pixels, pristine, header->biSizeImage); }
+
+    using GImage::buildHistogram;
+    using GImage::getSubset;
+
+private:
+    static BITMAPINFOHEADER *makeHeader(int bits)
+    {
+        auto *h = static_cast<BITMAPINFOHEADER *>(PGlobalAlloc(sizeof(BITMAPINFOHEADER)));
+        const DWORD colors = bits == 8 ? 256 : 0;
+        *h = BITMAPINFOHEADER{sizeof(BITMAPINFOHEADER), theSide, theSide, 1, static_cast<WORD>(bits), 0,
+                              static_cast<DWORD>(theSide * theSide * bits / 8), 0, 0, colors, colors};
+        return h;
+    }
+
+    unsigned char *pristine;
+};
+
+// Megapixels per second of one run of `body`, after restoring the image's pixels.
+double rate(BenchImage &image, std::function<void()> const &body, double megapixels = theMegapixels)
+{
+    image.reset();
+    LARGE_INTEGER frequency, start, end;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&start);
+    body();
+    QueryPerformanceCounter(&end);
+    const double seconds = static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
+    return megapixels / seconds;
+}
+
+volatile unsigned long theSink;
+
+void report(char const *operation, double trueColor, double indexed)
+{
+    std::printf("%-34s %10.1f %10.1f\n", operation, trueColor, indexed);
+}
+
+} // namespace
+
+int main()
+{
+    GColor colors[256];
+    for (int i = 0; i < 256; ++i)
+        colors[i] = GColor(static_cast<unsigned char>(i), static_cast<unsigned char>(255 - i),
+                           static_cast<unsigned char>(i * 7));
+    GPalette palette(256, colors);
+    BenchImage color(24, GPalette());
+    BenchImage indexed(8, palette);
+    BenchImage *images[2] = {&color, &indexed};
+
+    char path[MAX_PATH], name[MAX_PATH];
+    GetTempPathA(MAX_PATH, path);
+    GetTempFileNameA(path, "ibn", 0, name);
+
+    std::printf("%dx%d picture, megapixels per second\n", static_cast<int>(theSide), static_cast<int>(theSide));
+    std::printf("%-34s %10s %10s\n", "operation", "24-bit", "8-bit");
+    auto both = [&](char const *operation, std::function<void(BenchImage &)> const &body, double megapixels) {
+        double r[2];
+        for (int i = 0; i < 2; ++i)
+            r[i] = rate(*images[i], [&] { body(*images[i]); }, megapixels);
+        report(operation, r[0], r[1]);
+    };
+    auto whole = [&](char const *operation, std::function<void(BenchImage &)> const &body) {
+        both(operation, body, theMegapixels);
+    };
+
+    whole("getPixel, every pixel", [](BenchImage &image) {
+        unsigned long sum = 0;
+        for (unsigned long y = 0; y < theSide; ++y)
+            for (unsigned long x = 0; x < theSide; ++x)
+                sum += image.getPixel(y, x).getG();
+        theSink = sum;
+    });
+    both("setPixel, 1/16 of the pixels", [](BenchImage &image) {
+        for (unsigned long y = 0; y < theSide; y += 4)
+            for (unsigned long x = 0; x < theSide; x += 4)
+                image.setPixel(y, x, GColor(static_cast<unsigned char>(x), 40, static_cast<unsigned char>(y)));
+    }, theMegapixels / 16);
+    both("getSubset 3x3 plane 0, 1/16", [](BenchImage &image) {
+        unsigned char out[9];
+        unsigned long sum = 0;
+        const int type = image.numColors() ? 1 : 2;
+        for (unsigned short r = 1; r < theSide - 1; r += 4)
+            for (unsigned short c = 1; c < theSide - 1; c += 4) {
+                image.getSubset(r, c, 0, 3, type, out);
+                sum += out[4];
+            }
+        theSink = sum;
+    }, theMegapixels / 16);
+    whole("copy", [](BenchImage &image) { GImage copy(image); theSink = copy.getWidth(); });
+    whole("getSubImage, whole picture", [](BenchImage &image) {
+        delete image.getSubImage(GPoint(0, 0), GPoint(theSide - 1, theSide - 1));
+    });
+    whole("adjustBrightness(0.2)", [](BenchImage &image) { image.adjustBrightness(0.2); });
+    whole("grayScale(0)", [](BenchImage &image) { image.grayScale(0); });
+    whole("grayScale(1)", [](BenchImage &image) { image.grayScale(1); });
+    whole("grayScale(2)", [](BenchImage &image) { image.grayScale(2); });
+    whole("adjust(30)", [](BenchImage &image) { image.adjust(30); });
+    whole("buildHistogram", [](BenchImage &image) { PGlobalFree(image.buildHistogram()); });
+    whole("histEqua", [](BenchImage &image) { image.histEqua(); });
+    whole("histFlatten", [](BenchImage &image) { image.histFlatten(); });
+    whole("histStretch(20, 200)", [](BenchImage &image) { image.histStretch(20, 200); });
+    whole("histTreeEqua(4)", [](BenchImage &image) { image.histTreeEqua(4); });
+    whole("write .bmp", [&name](BenchImage &image) { image.write(PString(name)); });
+    // The 8-bit file that "write .bmp" left is read back.
+    GDiBitmap loaded;
+    int result = -1;
+    const double readRate = rate(indexed, [&] { result = loaded.load(PString(name)); });
+    std::printf("%-34s %10s %10.1f  (result %d)\n", "GDiBitmap::load .bmp", "-", readRate, result);
+    DeleteFileA(name);
+    return 0;
+}

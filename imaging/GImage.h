@@ -1,0 +1,124 @@
+// GImage.h - the in-memory, device-independent image.
+//
+//   GImage  a 40-byte bitmap header, bottom-up pixel rows padded to 4 bytes, and a palette;
+//           pixel access, sub-images, a platform bitmap, the .bmp writer and tone operations
+//
+// Two pixel forms are meant: 8 bits with a palette (one index byte) and 24 bits without one
+// (three bytes). Operations work in stored rows, row 0 being the bottom of the picture;
+// getPixel, setPixel and getSubImage take picture coordinates with y down. Operations that
+// change the picture set the modified flag. Results: 0 success, 3 no memory, 5 file not
+// written, 7 empty image or impossible argument.
+#pragma once
+
+#include "foundation/TeskWinExport.h"
+#include "foundation/GColor.h"
+#include "foundation/GPoint.h"
+#include "foundation/PCoord.h"
+#include "foundation/PString.h"
+#include "graphics/GBitmap.h"
+#include "graphics/GPalette.h"
+
+struct tagBITMAPINFOHEADER;
+
+class TESKWIN_API GImage {
+public:
+    GImage();
+    // A zero-filled image; numColors 2, 16 and 256 give 1, 4 and 8 bits, any other value 0 bits.
+    GImage(unsigned long width, unsigned long height, unsigned short numColors);
+    // Adopts both blocks, which must come from PGlobalAlloc; copies the palette.
+    GImage(unsigned char *pixels, tagBITMAPINFOHEADER *header, GPalette const &palette);
+    // A deep copy, with the flags, scale and offsets.
+    GImage(GImage const &other);
+    // Replaces header, pixels and palette; the flags, scale and offsets of this image stay.
+    GImage &operator=(GImage const &other);
+    virtual ~GImage();
+
+    // Reads a file; a plain image reads nothing and returns -1.
+    virtual int load(PString const &fileName);
+    // Writes a .bmp file: 0, or 5 when the image is empty or the file can't be written.
+    virtual int write(PString const &fileName);
+    // Palette entries in use: 0 for a true-colour image.
+    virtual unsigned short numColors() const;
+    // Washes colours out by `amount` of saturation; a palette can be restored afterwards.
+    virtual void adjustBrightness(double amount);
+    virtual void restoreBrightness();
+
+    unsigned short getWidth() const;
+    unsigned short getHeight() const;
+    unsigned short getWidthResolution() const;
+    unsigned short getHeightResolution() const;
+    tagBITMAPINFOHEADER *getHeader() { return header; }
+    GPalette &palette() { return colorTable; }
+
+    int isModified() const { return modified; }
+    void setModified(int value) { modified = value; }
+    int getSource() const { return source; }
+    void setResolutionScale(double scale) { resolutionScale = scale; }
+    double getResolutionScale() const { return resolutionScale; }
+    void setOffset(double x, double y) { offsetX = x; offsetY = y; }
+    void getOffset(double &x, double &y) const { x = offsetX; y = offsetY; }
+    PCoord<int> convertToPixel(PCoord<double> const &point) const;
+
+    // Picture coordinates, y first and growing downward.
+    GColor getPixel(unsigned long y, unsigned long x);
+    void setPixel(unsigned long y, unsigned long x, GColor const &color);
+    // A new image of the picture between two corners, top-left first; null for none.
+    GImage *getSubImage(GPoint const &topLeft, GPoint const &bottomRight);
+
+    // A platform bitmap of the picture; the argument is not used.
+    GBitmap makeBitmap(GPalette const *unused);
+    operator GBitmap();
+
+    // Tone. Modes of grayScale: 0 mean, 1 weighted, 2 largest channel.
+    void grayScale(int mode);
+    // Lightens (positive) or darkens (negative) every channel by percent.
+    void adjust(int percent);
+    int histEqua();
+    int histFlatten();
+    void histStretch(unsigned char low, unsigned char high);
+    int histTreeEqua(unsigned char depth);
+
+protected:
+    // The start of a pixel in stored rows; no range check.
+    unsigned char *pixelAddr(unsigned short row, unsigned short column);
+    // 0 grey palette, 1 colour palette, 2 true colour.
+    int getImageType();
+    // The palette index nearest to a colour.
+    unsigned char getIndex(GColor const &color);
+    // The size by size window (size + 1 when even) around a stored position, row by row.
+    void getSubset(unsigned short row, unsigned short column, int plane, unsigned short size, int imageType,
+                   unsigned char *out);
+    void getSubset(unsigned short row, unsigned short column, unsigned short size, int imageType, GColor *out);
+    // Counts per index or byte value: an array from PGlobalAlloc, or null.
+    unsigned long *buildHistogram();
+    // Running sums of a histogram: an array from PGlobalAlloc, or null.
+    unsigned long *buildIntegrate(unsigned long const *histogram);
+    // Frees header and pixels, leaving the image empty.
+    void release();
+
+    unsigned char *pixels;
+    tagBITMAPINFOHEADER *header;
+    GPalette colorTable;
+    int modified;
+    int source;
+    double resolutionScale;
+    double offsetX;
+    double offsetY;
+
+private:
+    void copyPicture(GImage const &other);
+    // Palette entry i, read in place; black past the colours the palette holds.
+    GColor const &entry(unsigned int i) const
+    {
+        return i < static_cast<unsigned int>(colorTable.entryCount) ? colorTable.entries[i] : noColor;
+    }
+    static const GColor noColor;
+    // Byte offset of a picture position, or -1 when the pixel's `bytes` lie outside the buffer.
+    long long pictureOffset(unsigned long y, unsigned long x, unsigned int bytes) const;
+    // The values a histogram, and the tables built from it, range over.
+    unsigned int toneLevels() const;
+    // Applies a table to every pixel: byte k becomes table[byte 0 as it stands by then].
+    void mapPixels(unsigned char const *table);
+    // Applies a table to every pixel: every byte becomes table[byte 0].
+    void fillPixels(unsigned char const *table);
+};

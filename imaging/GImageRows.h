@@ -1,0 +1,82 @@
+// GImageRows.h - how the pixel loops of the image operations walk a buffer.
+//
+//   imageStride  bytes in one stored row of a header's picture
+//   GImageRows   row pointers over the stored rows that a buffer holds whole
+//   forEachTriple  the flat run of byte triples that some tone operations walk
+//
+// Loops go row by row from a row pointer, so that the inner loop over the columns is a
+// plain pointer walk that the compiler can vectorise.
+#pragma once
+
+#include <windows.h>
+
+// (bit count times width plus 31) / 32 words of 4 bytes; 0 when that can't be held.
+inline unsigned long imageStride(BITMAPINFOHEADER const &header)
+{
+    const long long bits = static_cast<long long>(header.biBitCount) * header.biWidth;
+    if (bits < 0)
+        return 0;
+    const long long stride = ((bits + 31) >> 5) * 4;
+    return stride > 0x7FFFFFFFLL ? 0 : static_cast<unsigned long>(stride);
+}
+
+class GImageRows {
+public:
+    // Rows past the end of biSizeImage, and everything of a buffer with zero-width rows,
+    // are left out, so that a walk never leaves the buffer.
+    GImageRows(unsigned char *pixels, BITMAPINFOHEADER const &header)
+        : first(pixels), stride(imageStride(header)), width(0), step(header.biBitCount >> 3), rows(0)
+    {
+        if (!pixels || stride == 0 || header.biHeight <= 0 || header.biWidth <= 0)
+            return;
+        const unsigned long held = header.biSizeImage / stride;
+        rows = static_cast<unsigned long>(header.biHeight) < held ? header.biHeight : held;
+        width = header.biWidth;
+    }
+
+    unsigned long count() const { return rows; }
+    unsigned long columns() const { return width; }
+    // Bytes per pixel: 0 for 1- and 4-bit pictures, whose every position is the row's first byte.
+    unsigned long bytesPerPixel() const { return step; }
+    unsigned long rowBytes() const { return stride; }
+    unsigned char *row(unsigned long index) const { return first + index * stride; }
+
+    // f(unsigned char *row) for each stored row, bottom first.
+    template <class F>
+    void forEachRow(F &&f) const
+    {
+        unsigned char *at = first;
+        for (unsigned long r = 0; r < rows; ++r, at += stride)
+            f(at);
+    }
+
+    // f(unsigned char *pixel) for each column of each stored row; padding is not visited.
+    template <class F>
+    void forEachPixel(F &&f) const
+    {
+        const unsigned long n = width, by = step;
+        forEachRow([&](unsigned char *at) {
+            for (unsigned long x = 0; x < n; ++x, at += by)
+                f(at);
+        });
+    }
+
+private:
+    unsigned char *first;
+    unsigned long stride;
+    unsigned long width;
+    unsigned long step;
+    unsigned long rows;
+};
+
+// f(unsigned char *triple) for the whole triples of a buffer taken as one flat run from its
+// start: rows are ignored, so padding bytes are taken as pixel bytes and triples straddle rows.
+template <class F>
+void forEachTriple(unsigned char *pixels, unsigned long size, F &&f)
+{
+    if (!pixels)
+        return;
+    unsigned char *const end = pixels + size / 3 * 3;
+    for (unsigned char *at = pixels; at != end; at += 3)
+        f(at);
+}
