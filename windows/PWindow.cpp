@@ -8,12 +8,6 @@
 
 #include <new>
 
-// The scrolling policy joins the library after the window; until then a window keeps a
-// scroller without consulting it.
-#if __has_include("widgets/PScroller.h")
-#include "widgets/PScroller.h"
-#endif
-
 namespace {
 
 // Read once at load: a change of the system colours later leaves new windows with it.
@@ -426,54 +420,9 @@ PScroller *PWindow::getScroller()
     return scroller;
 }
 
-#if __has_include("widgets/PScroller.h")
 
-void PWindow::setScroller(PScroller *scroller)
-{
-    this->scroller = scroller;
-    if (scroller) {
-        scroller->setWindow(this);
-        scroller->setPageSize();
-    }
-}
-
-void PWindow::fitScrollerPage()
-{
-    scroller->setPageSize();
-}
-
-int PWindow::hScrollEvent(unsigned int code, int position)
-{
-    return scroller ? scroller->hScroll(static_cast<unsigned short>(code), position) : 0;
-}
-
-int PWindow::vScrollEvent(unsigned int code, int position)
-{
-    return scroller ? scroller->vScroll(static_cast<unsigned short>(code), position) : 0;
-}
-
-// The one deliberate busy loop: no yield, and autoScroll at every round. WM_QUIT is
-// dispatched like any other message here.
-void PWindow::processAutoScrolling()
-{
-    if (!scroller || !scroller->autoModeOn())
-        return;
-    setMouseCapture();
-    MSG message = {};
-    do {
-        if (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageA(&message);
-        }
-        scroller->autoScroll();
-    } while (message.message != WM_LBUTTONUP && !(message.message == WM_MOUSEMOVE && !(message.wParam & MK_LBUTTON)));
-    releaseMouseCapture();
-}
-
-#else
-
-// Without the scrolling policy: the scroller is kept, and the platform's default handling
-// scrolls the window.
+// The scrolling policy is not part of the library yet: a window keeps its scroller without
+// consulting it, and the platform's default handling scrolls the window.
 void PWindow::setScroller(PScroller *scroller)
 {
     this->scroller = scroller;
@@ -497,7 +446,6 @@ void PWindow::processAutoScrolling()
 {
 }
 
-#endif
 
 int PWindow::startHelp(PString const &file, unsigned int command)
 {

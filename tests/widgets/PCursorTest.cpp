@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "widgets/ImportPatch.h"
+#include "support/ImportPatch.h"
 #include "widgets/TestApp.h"
 
 namespace {
@@ -29,12 +29,12 @@ protected:
     {
         destroyedCursors = 0;
         destroyedIcons = 0;
-        ASSERT_TRUE(cursorPatch.active());
-        ASSERT_TRUE(iconPatch.active());
+        ASSERT_TRUE(cursorPatch.isActive());
+        ASSERT_TRUE(iconPatch.isActive());
     }
 
-    ImportPatch cursorPatch{"DestroyCursor", reinterpret_cast<void *>(countDestroyCursor)};
-    ImportPatch iconPatch{"DestroyIcon", reinterpret_cast<void *>(countDestroyIcon)};
+    ImportPatch cursorPatch{"TeskWin.dll", "user32.dll", "DestroyCursor", reinterpret_cast<void *>(countDestroyCursor)};
+    ImportPatch iconPatch{"TeskWin.dll", "user32.dll", "DestroyIcon", reinterpret_cast<void *>(countDestroyIcon)};
 };
 
 } // namespace

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "widgets/ImportPatch.h"
+#include "support/ImportPatch.h"
 #include "widgets/TestApp.h"
 
 namespace {
@@ -216,8 +216,8 @@ BOOL WINAPI fakeTrackPopupMenu(HMENU, UINT flags, int x, int y, int, HWND, RECT 
 
 TEST(PMenu, TrackMenuPopsUpTheFirstEntryAtTruncatedPoint)
 {
-    ImportPatch patch("TrackPopupMenu", reinterpret_cast<void *>(fakeTrackPopupMenu));
-    ASSERT_TRUE(patch.active());
+    ImportPatch patch("TeskWin.dll", "user32.dll", "TrackPopupMenu", reinterpret_cast<void *>(fakeTrackPopupMenu));
+    ASSERT_TRUE(patch.isActive());
     // No first popup: nothing to track, but the point is recorded.
     PMenu empty = menuOf({});
     EXPECT_EQ(0, empty.trackMenu(nullptr, GPoint(12.7, 30.2)));

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "widgets/ImportPatch.h"
+#include "support/ImportPatch.h"
 #include "widgets/TestApp.h"
 
 #include <string>
@@ -27,9 +27,9 @@ int WINAPI fakeMessageBoxA(HWND owner, char const *text, char const *caption, UI
 
 class PMessageBoxTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(patch.active()); }
+    void SetUp() override { ASSERT_TRUE(patch.isActive()); }
 
-    ImportPatch patch{"MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA)};
+    ImportPatch patch{"TeskWin.dll", "user32.dll", "MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA)};
 };
 
 // A window object with a live window, for owners.

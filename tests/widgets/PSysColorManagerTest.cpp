@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TeskWin.h"
-#include "widgets/ImportPatch.h"
+#include "support/ImportPatch.h"
 
 namespace {
 
@@ -17,8 +17,8 @@ DWORD WINAPI countGetSysColor(int index)
 
 TEST(PSysColorManager, SnapshotIsTakenOnceAtFirstInstance)
 {
-    ImportPatch patch("GetSysColor", reinterpret_cast<void *>(countGetSysColor));
-    ASSERT_TRUE(patch.active());
+    ImportPatch patch("TeskWin.dll", "user32.dll", "GetSysColor", reinterpret_cast<void *>(countGetSysColor));
+    ASSERT_TRUE(patch.isActive());
 
     // Before the first instance() every accessor gives the default colour.
     EXPECT_TRUE(PSysColorManager::getFace3D() == GColor());
@@ -35,8 +35,8 @@ TEST(PSysColorManager, SnapshotIsTakenOnceAtFirstInstance)
 
 TEST(PSysColorManager, SlotsReadTheirPlatformIndexes)
 {
-    ImportPatch patch("GetSysColor", reinterpret_cast<void *>(countGetSysColor));
-    ASSERT_TRUE(patch.active());
+    ImportPatch patch("TeskWin.dll", "user32.dll", "GetSysColor", reinterpret_cast<void *>(countGetSysColor));
+    ASSERT_TRUE(patch.isActive());
     // update() before instance(): instance() still reads the platform once more.
     PSysColorManager::update();
     PSysColorManager::instance();

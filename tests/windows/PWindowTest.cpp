@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "widgets/ImportPatch.h"
+#include "support/ImportPatch.h"
 #include "widgets/TestApp.h"
 
 #include <string>
@@ -365,8 +365,8 @@ HINSTANCE WINAPI fakeShellExecuteA(HWND window, char const *verb, char const *fi
 
 TEST(PWindow, HelpNeverReachesThePlatformsHelp)
 {
-    ImportPatch help("WinHelpA", reinterpret_cast<void *>(fakeWinHelpA));
-    ASSERT_TRUE(help.active());
+    ImportPatch help("TeskWin.dll", "user32.dll", "WinHelpA", reinterpret_cast<void *>(fakeWinHelpA));
+    ASSERT_TRUE(help.isActive());
     TestWindow *window = createdWindow();
 
     lastHelp.answer = FALSE;
@@ -395,8 +395,8 @@ TEST(PWindow, HelpNeverReachesThePlatformsHelp)
 
 TEST(PWindow, OpenDocumentGoesToTheShell)
 {
-    ImportPatch shell("ShellExecuteA", reinterpret_cast<void *>(fakeShellExecuteA));
-    ASSERT_TRUE(shell.active());
+    ImportPatch shell("TeskWin.dll", "shell32.dll", "ShellExecuteA", reinterpret_cast<void *>(fakeShellExecuteA));
+    ASSERT_TRUE(shell.isActive());
     TestWindow *window = createdWindow();
     window->openDocument(PString("C:\\no such folder\\letter.txt"));
     EXPECT_EQ("open", lastShell.verb);
@@ -440,10 +440,10 @@ DWORD WINAPI callFatalError(void *window)
 
 TEST(PWindow, FatalErrorShowsABoxAndEndsWithOne)
 {
-    ImportPatch box("MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA));
-    ImportPatch exit("ExitProcess", reinterpret_cast<void *>(fakeExitProcess));
-    ASSERT_TRUE(box.active());
-    ASSERT_TRUE(exit.active());
+    ImportPatch box("TeskWin.dll", "user32.dll", "MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA));
+    ImportPatch exit("TeskWin.dll", "kernel32.dll", "ExitProcess", reinterpret_cast<void *>(fakeExitProcess));
+    ASSERT_TRUE(box.isActive());
+    ASSERT_TRUE(exit.isActive());
     TestWindow *window = createdWindow();
 
     HANDLE thread = CreateThread(nullptr, 0, callFatalError, window, 0, nullptr);
