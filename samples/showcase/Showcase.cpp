@@ -6,11 +6,32 @@
 
 namespace {
 
-// The application context the library sees; only the slots the library calls carry meaning.
-class ShowcaseApp : public IConsoleApp {
+const unsigned short kCommandGreet = 101;
+const unsigned short kCommandExit = 102;
+
+// The application as the library sees it; only the slots the library calls carry meaning.
+class ShowcaseApp : public PAppInterface {
 public:
     explicit ShowcaseApp(HINSTANCE instance) : instance(instance) {}
 
+    // The library's side.
+    int idleAction() override { return 0; }
+    PWindowObject *createMainWindow() override { return mainWindow; }
+    PWindowObject *getMainWindow() override { return mainWindow; }
+    void setMainWindow(PWindowObject *window) override { mainWindow = window; }
+    PStatusBar *getStatusBar() override { return nullptr; }
+    void showMainWindow(int) override {}
+    PProgressBar *getProgressBar() override { return nullptr; }
+    int canExit() override { return 1; }
+    void setProgressBar(PProgressBar *) override {}
+    PAccel *getAccelerators() override { return nullptr; }
+    void setAccelerators(PAccel *) override {}
+    unsigned long getHelpContext() override { return 0; }
+    void setHelpContext(unsigned long) override {}
+    int hotKeyEvent(PEvent const &) override { return 0; }
+    int capturedKeyEvent(PEvent const &) override { return 0; }
+
+    // The context's side.
     HINSTANCE getInstance() const override { return instance; }
     HINSTANCE getResourceModule() const override { return instance; }
     PString getCommandLine() const override { return PString(""); }
@@ -33,6 +54,7 @@ public:
 
 private:
     HINSTANCE instance;
+    PWindowObject *mainWindow = nullptr;
     int exitCode = 0;
 };
 
@@ -101,6 +123,103 @@ void showErrorLog(ShowcaseLog &log)
     log.linef("Entries in the error log: %g", getErrorLogCount());
 }
 
+// Writes what the window shows to a 24-bit .bmp file, through the library's image.
+int saveScreenshot(HWND window, char const *name)
+{
+    RECT area;
+    GetClientRect(window, &area);
+    const int width = area.right, height = area.bottom;
+    const unsigned long rowBytes = (width * 3 + 3) & ~3u;
+    auto *header = static_cast<BITMAPINFOHEADER *>(PGlobalAlloc(sizeof(BITMAPINFOHEADER)));
+    auto *pixels = static_cast<unsigned char *>(PGlobalAlloc(rowBytes * height));
+    if (!header || !pixels) {
+        PGlobalFree(header);
+        PGlobalFree(pixels);
+        return 0;
+    }
+    *header = BITMAPINFOHEADER{sizeof(BITMAPINFOHEADER), width, height, 1, 24, BI_RGB, rowBytes * height, 0, 0, 0, 0};
+
+    HDC screen = GetDC(window);
+    HDC memory = CreateCompatibleDC(screen);
+    HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    HGDIOBJ old = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY);
+    SelectObject(memory, old);
+    GetDIBits(memory, bitmap, 0, height, pixels, reinterpret_cast<BITMAPINFO *>(header), DIB_RGB_COLORS);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(window, screen);
+
+    GImage image(pixels, header, GPalette());
+    return image.write(PString(name)) == 0;
+}
+
+// The main window: a menu from the resources, and commands that draw, capture and close.
+class ShowcaseWindow : public PWindow {
+public:
+    ShowcaseWindow(ShowcaseApp *app, ShowcaseLog &log)
+        : PWindow(PString("TeskWin Showcase"), PString("ShowcaseMenu"), app), log(log) {}
+
+    int commandEvent(PCommandEvent const &event) override
+    {
+        switch (event.getCommandId()) {
+        case kCommandGreet:
+            greet();
+            return 1;
+        case kCommandExit:
+            log.line("Exit chosen: the window closes through WM_CLOSE.");
+            PostMessageA(*this, WM_CLOSE, 0, 0);
+            return 1;
+        }
+        return 0;
+    }
+
+    // The loop ends when the window is gone, and deletes this object.
+    void runUntilClosed() { eventLoop(); }
+
+private:
+    void greet()
+    {
+        HDC dc = GetDC(*this);
+        RECT area;
+        GetClientRect(*this, &area);
+        HBRUSH teal = CreateSolidBrush(RGB(0, 128, 128));
+        FillRect(dc, &area, teal);
+        DeleteObject(teal);
+        SetBkMode(dc, TRANSPARENT);
+        SetTextColor(dc, RGB(255, 255, 255));
+        char const text[] = "Hello from TeskWin";
+        TextOutA(dc, 20, 20, text, sizeof text - 1);
+        GdiFlush();
+        ReleaseDC(*this, dc);
+        setCaption(PString("TeskWin Showcase - greeted"));
+        log.line(saveScreenshot(*this, "showcase.bmp") ? "Greet command handled; window captured to showcase.bmp."
+                                                       : "Greet command handled; the capture failed.");
+    }
+
+    ShowcaseLog &log;
+};
+
+int runMainWindow(ShowcaseApp &app, ShowcaseLog &log)
+{
+    auto *window = new ShowcaseWindow(&app, log);
+    app.setMainWindow(window);
+    window->setSize(GPoint(360, 200));
+    if (!window->registerWindow() || !window->create()) {
+        log.line("The main window could not be created.");
+        return 1;
+    }
+    window->show(SW_SHOWNORMAL);
+    HMENU menu = GetMenu(*window);
+    log.linef("Main window created with a menu of %g entries from the resources.", menu ? GetMenuItemCount(menu) : 0);
+    // Stand-ins for a person choosing Greet and then Exit from the menu.
+    window->postCommandEvent(window, kCommandGreet, 0);
+    window->postCommandEvent(window, kCommandExit, 0);
+    window->runUntilClosed();
+    log.linef("The event loop ended; the application's status code is %g.", app.getStatusCode());
+    return 0;
+}
+
 } // namespace
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
@@ -111,6 +230,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int)
     showContainers(log);
     showGeometryAndColour(log);
     showErrorLog(log);
+    const int status = runMainWindow(app, log);
     log.line("Done.");
-    return log.save("showcase.log") ? 0 : 1;
+    return log.save("showcase.log") ? status : 1;
 }
