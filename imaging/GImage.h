@@ -107,6 +107,8 @@ protected:
 
 private:
     void copyPicture(GImage const &other);
+    // Turns the picture grey and gives the running sums of its histogram, or null.
+    unsigned long *buildGreyIntegrate();
     // Palette entry i, read in place; black past the colours the palette holds.
     GColor const &entry(unsigned int i) const
     {

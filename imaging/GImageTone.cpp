@@ -454,17 +454,23 @@ int GImage::histEqua()
     return 0;
 }
 
-int GImage::histFlatten()
+unsigned long *GImage::buildGreyIntegrate()
 {
-    if (!header || !pixels)
-        return 7;
     if (getImageType() != 0)
         grayScale(0);
     unsigned long *histogram = buildHistogram();
     if (!histogram)
-        return 3;
+        return nullptr;
     unsigned long *integrate = buildIntegrate(histogram);
     PGlobalFree(histogram);
+    return integrate;
+}
+
+int GImage::histFlatten()
+{
+    if (!header || !pixels)
+        return 7;
+    unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
         return 3;
     GlobalBlock integrateBlock(integrate);
@@ -516,13 +522,7 @@ int GImage::histTreeEqua(unsigned char depth)
 {
     if (!header || !pixels)
         return 7;
-    if (getImageType() != 0)
-        grayScale(0);
-    unsigned long *histogram = buildHistogram();
-    if (!histogram)
-        return 3;
-    unsigned long *integrate = buildIntegrate(histogram);
-    PGlobalFree(histogram);
+    unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
         return 3;
     GlobalBlock integrateBlock(integrate);
