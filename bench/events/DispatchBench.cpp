@@ -2,6 +2,7 @@
 // answers the same message, in nanoseconds per message: called directly, and sent.
 //   wine events_dispatch_bench.exe
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
@@ -80,14 +81,10 @@ WNDPROC volatile theLibraryProc = PWindowProc;
 template <typename Call>
 double nanosecondsPerMessage(int messages, Call call)
 {
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    for (int i = 0; i < messages; ++i)
-        theSink = call(i);
-    QueryPerformanceCounter(&end);
-    return 1e9 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) /
-           messages;
+    return nanosecondsPerCall(messages, [&](int count) {
+        for (int i = 0; i < count; ++i)
+            theSink = call(i);
+    });
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // PStringBench - PString's common operations against std::string, in nanoseconds per call.
 //   wine foundation_string_bench.exe
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
@@ -8,16 +9,6 @@
 #include <string>
 
 namespace {
-
-double nanosecondsPerCall(int calls, void (*body)(int))
-{
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    body(calls);
-    QueryPerformanceCounter(&end);
-    return 1e9 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) / calls;
-}
 
 volatile int theSink;
 

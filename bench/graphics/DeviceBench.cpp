@@ -2,23 +2,13 @@
 // device, in nanoseconds per call.
 //   wine graphics_device_bench.exe
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
 #include <cstdio>
 
 namespace {
-
-template <class Body>
-double nanosecondsPerCall(int calls, Body body)
-{
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    body(calls);
-    QueryPerformanceCounter(&end);
-    return 1e9 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) / calls;
-}
 
 volatile long theSink;
 

@@ -1,22 +1,13 @@
 // GObjectsBench - the cost of sharing graphic objects against making them, in nanoseconds.
 //   wine graphics_objects_bench.exe
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
 #include <cstdio>
 
 namespace {
-
-double nanosecondsPerCall(int calls, void (*body)(int))
-{
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    body(calls);
-    QueryPerformanceCounter(&end);
-    return 1e9 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) / calls;
-}
 
 volatile int theSink;
 

@@ -2,6 +2,7 @@
 // picture at 24 and 8 bits, in megapixels per second.
 //   wine imaging_bench.exe
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
@@ -52,12 +53,7 @@ private:
 double rate(BenchImage &image, std::function<void()> const &body, double megapixels = theMegapixels)
 {
     image.reset();
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    body();
-    QueryPerformanceCounter(&end);
-    const double seconds = static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart);
+    const double seconds = nanosecondsPerCall(1, [&](int) { body(); }) * 1e-9;
     return megapixels / seconds;
 }
 

@@ -2,6 +2,7 @@
 //   wine widgets_bench.exe              (the code page of the locale, usually 1252)
 //   LANG=ja_JP.UTF-8 wine widgets_bench.exe    (code page 932, with lead bytes)
 #include "TeskWin.h"
+#include "BenchTimer.h"
 
 #include <windows.h>
 
@@ -9,16 +10,6 @@
 #include <string>
 
 namespace {
-
-double nanosecondsPerCall(int calls, void (*body)(int))
-{
-    LARGE_INTEGER frequency, start, end;
-    QueryPerformanceFrequency(&frequency);
-    QueryPerformanceCounter(&start);
-    body(calls);
-    QueryPerformanceCounter(&end);
-    return 1e9 * static_cast<double>(end.QuadPart - start.QuadPart) / static_cast<double>(frequency.QuadPart) / calls;
-}
 
 volatile unsigned int theSink;
 
