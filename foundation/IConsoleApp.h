@@ -64,9 +64,10 @@ public:
     virtual int run() = 0;
     // 16: releases what initInstance took; gives the exit code.
     virtual int exitInstance() = 0;
-    // 17: the exit code the process will end with.
-    virtual int getExitCode() const = 0;
-    // 18: replaces that exit code.
+    // 17: the application's string resource id for one of the library's string keys
+    // (a GenericStringId), or 0 when it has none.
+    virtual int getStringId(int key) const = 0;
+    // 18: replaces the exit code the process will end with.
     virtual void setExitCode(int code) = 0;
 
 protected:

@@ -126,8 +126,8 @@ PString PStringResManager::get(GenericStringId id)
     IConsoleApp *app = getConsoleApp();
     if (!handle || !app)
         return PString(noHandleText);
-    PStringKeyTable const *keys = dynamic_cast<PStringKeyTable const *>(app);
-    int resourceId = keys ? keys->getStringId(id) : 0;
+    // The application's table turns the key into an id of its resource module.
+    const int resourceId = app->getStringId(id);
     PString text;
     // The error names the key, not the translated id.
     if (resourceId == 0 || !load(resourceId, text))

@@ -1,7 +1,6 @@
 // PStringResManager.h - texts from a module's string table, and double-byte aware strings.
 //
 //   GenericStringId      the library's own keys, which the application maps to string ids
-//   PStringKeyTable      the application's side of that mapping
 //   PStringResManager    reads strings and formats messages from one module
 //   getStringResManager  the process-wide manager, following the application's resources
 //   LUtil, LUtilStd      tells lead bytes of double-byte text; the latter asks the platform
@@ -18,17 +17,6 @@
 enum GenericStringId {
     GSFatalCaption = 0,
     GSWarningCaption = 1
-};
-
-// An application whose IConsoleApp also derives from this class translates the library's
-// keys to string ids of its resource module; without it every key reads as untranslated.
-class TESKWIN_API PStringKeyTable {
-public:
-    // The string id for key, or 0 when the application has none.
-    virtual int getStringId(GenericStringId key) const = 0;
-
-protected:
-    ~PStringKeyTable() = default;
 };
 
 // Failures come back as texts in place of the string: "String Resource Error! (<id>)",

@@ -49,7 +49,7 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return exitCode; }
-    int getExitCode() const override { return exitCode; }
+    int getStringId(int) const override { return 0; }
     void setExitCode(int code) override { exitCode = code; }
 
 private:

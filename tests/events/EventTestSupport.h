@@ -50,7 +50,7 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return 0; }
-    int getExitCode() const override { return 0; }
+    int getStringId(int) const override { return 0; }
     void setExitCode(int) override {}
 
     PWindowObject *mainWindow = nullptr;

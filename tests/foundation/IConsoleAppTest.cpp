@@ -30,12 +30,11 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return 0; }
-    int getExitCode() const override { return exitCode; }
-    void setExitCode(int code) override { exitCode = code; }
+    int getStringId(int) const override { return 0; }
+    void setExitCode(int) override {}
 
 private:
     HINSTANCE instance;
-    int exitCode = 0;
 };
 
 // The table position of a virtual member, read from the pointer-to-member, which the
@@ -72,7 +71,7 @@ TEST(IConsoleApp, TableHoldsTheNineteenOperationsInOrder)
     EXPECT_EQ(slotOf(&IConsoleApp::initInstance), 14);
     EXPECT_EQ(slotOf(&IConsoleApp::run), 15);
     EXPECT_EQ(slotOf(&IConsoleApp::exitInstance), 16);
-    EXPECT_EQ(slotOf(&IConsoleApp::getExitCode), 17);
+    EXPECT_EQ(slotOf(&IConsoleApp::getStringId), 17);
     EXPECT_EQ(slotOf(&IConsoleApp::setExitCode), 18);
 }
 

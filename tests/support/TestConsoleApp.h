@@ -26,10 +26,9 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return 0; }
-    int getExitCode() const override { return exitCode; }
-    void setExitCode(int code) override { exitCode = code; }
+    int getStringId(int) const override { return 0; }
+    void setExitCode(int) override {}
 
 private:
     HINSTANCE instance;
-    int exitCode = 0;
 };

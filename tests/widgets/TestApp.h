@@ -45,7 +45,7 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return 0; }
-    int getExitCode() const override { return 0; }
+    int getStringId(int) const override { return 0; }
     void setExitCode(int) override {}
 
     // Replaces the resource module the application reports, e.g. with (HINSTANCE)-1.
@@ -56,9 +56,9 @@ private:
     PWindowObject *mainWindow = nullptr;
 };
 
-class KeyedTestApp : public TestApp, public PStringKeyTable {
+class KeyedTestApp : public TestApp {
 public:
-    int getStringId(GenericStringId key) const override
+    int getStringId(int key) const override
     {
         switch (key) {
         case GSFatalCaption: return IDS_FATAL_CAPTION;
