@@ -113,6 +113,11 @@ public:
     // top and a size of the absolute translated extents; source rectangles are in pixels.
     // The bitmap at a logical point, pixel for pixel; the bitmap keeps the device position.
     void draw(GBitmap &bitmap, GPoint const &pos, int rop);
+    // The image's rows at a logical point through its own palette; leaves the background
+    // mode transparent.
+    void draw(GImage &image, GPoint const &pos);
+    // StretchDIBits's result; -1 without a handle. Source rows count from the bottom.
+    int zoomImage(GImage &image, GRect source, GRect target, int rop);
     // StretchBlt's result; -1 without a handle, 0 when no memory device could be made.
     int stretchImage(GBitmap &bitmap, GRect const &source, GRect const &target, int rop);
     // The same from another device; 0 when that one has no handle.

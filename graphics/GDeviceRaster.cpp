@@ -1,6 +1,7 @@
 #include "graphics/GDevice.h"
 #include "graphics/GMemoryDevice.h"
 #include "graphics/GObjectSelection.h"
+#include "imaging/GImage.h"
 
 #include <objidl.h>
 #include <oleidl.h>
@@ -54,7 +55,100 @@ private:
     HBITMAP section;
 };
 
+// GImage keeps its rows to itself; a derived class may name them, and lends them here.
+class ImageRows : public GImage {
+public:
+    static unsigned char *of(GImage &image) { return image.*(&ImageRows::pixels); }
+};
+
+// The image's header and its palette in blue, green, red order, as the platform takes them.
+// Sized at 160 bytes a colour, more than the table needs; kept as it was.
+class ImageBlock {
+public:
+    explicit ImageBlock(GImage &image)
+    {
+        unsigned short colors = image.numColors();
+        block = static_cast<BITMAPINFO *>(std::malloc(colors ? 160u * colors : sizeof(BITMAPINFOHEADER)));
+        if (!block)
+            return;
+        block->bmiHeader = *image.getHeader();
+        for (unsigned short i = 0; i < colors; ++i) {
+            GColor color = image.palette()[i];
+            block->bmiColors[i].rgbBlue = color.getB();
+            block->bmiColors[i].rgbGreen = color.getG();
+            block->bmiColors[i].rgbRed = color.getR();
+        }
+    }
+    ~ImageBlock() { std::free(block); }
+    ImageBlock(ImageBlock const &) = delete;
+    ImageBlock &operator=(ImageBlock const &) = delete;
+
+    BITMAPINFO const *get() const { return block; }
+
+private:
+    BITMAPINFO *block;
+};
+
+// Selects the image's palette and realises it; selects back the one it replaced.
+class ImagePaletteSelection {
+public:
+    ImagePaletteSelection(HDC dc, HPALETTE palette) : dc(dc), previous(SelectPalette(dc, palette, FALSE))
+    {
+        RealizePalette(dc);
+    }
+    ~ImagePaletteSelection()
+    {
+        if (previous)
+            SelectPalette(dc, previous, FALSE);
+    }
+    ImagePaletteSelection(ImagePaletteSelection const &) = delete;
+    ImagePaletteSelection &operator=(ImagePaletteSelection const &) = delete;
+
+private:
+    HDC dc;
+    HPALETTE previous;
+};
+
 } // namespace
+
+void GDevice::draw(GImage &image, GPoint const &pos)
+{
+    if (!dc || !image.getHeader() || !ImageRows::of(image))
+        return;
+    // Deliberately not put back.
+    SetBkMode(dc, TRANSPARENT);
+    ImagePaletteSelection selection(dc, image.palette());
+    ImageBlock block(image);
+    if (!block.get())
+        return;
+    int width = image.getWidth();
+    int height = image.getHeight();
+    SetDIBitsToDevice(dc, newTranslateX(pos.xVal()), newTranslateY(pos.yVal()), DWORD(width), DWORD(height), 0, 0,
+                      0, UINT(height), ImageRows::of(image), block.get(), DIB_RGB_COLORS);
+}
+
+int GDevice::zoomImage(GImage &image, GRect source, GRect target, int rop)
+{
+    if (!dc)
+        return -1;
+    if (!image.getHeader() || !ImageRows::of(image))
+        return 0;
+    ImagePaletteSelection selection(dc, image.palette());
+    int mode = GetStretchBltMode(dc);
+    SetStretchBltMode(dc, COLORONCOLOR);
+    DeviceTarget to = deviceTarget(*this, target);
+    int result = 0;
+    {
+        ImageBlock block(image);
+        if (block.get())
+            result = StretchDIBits(dc, to.x, to.y, to.width, to.height, truncateCoord(source.lVal()),
+                                   truncateCoord(source.tVal()), std::abs(truncateCoord(source.width())),
+                                   std::abs(truncateCoord(source.height())), ImageRows::of(image), block.get(),
+                                   DIB_RGB_COLORS, DWORD(rop));
+    }
+    SetStretchBltMode(dc, mode);
+    return result;
+}
 
 void GDevice::draw(GBitmap &bitmap, GPoint const &pos, int rop)
 {

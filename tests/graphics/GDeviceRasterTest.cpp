@@ -52,6 +52,78 @@ TEST(GDeviceRaster, DrawBitmapStoresTheLocationAndCopiesPixels)
     EXPECT_EQ(double(untouched.getLocation().xVal()), 0.0);
 }
 
+// A picture image width by height in one colour, of 24 bits or of a two-colour palette.
+GImage solidImage(int width, int height, int bitCount, GPalette const &palette, COLORREF color)
+{
+    int stride = ((width * bitCount + 31) / 32) * 4;
+    auto header = static_cast<BITMAPINFOHEADER *>(PGlobalAlloc(sizeof(BITMAPINFOHEADER)));
+    *header = BITMAPINFOHEADER{};
+    header->biSize = sizeof(BITMAPINFOHEADER);
+    header->biWidth = width;
+    header->biHeight = height;
+    header->biPlanes = 1;
+    header->biBitCount = WORD(bitCount);
+    header->biSizeImage = DWORD(stride * height);
+    if (bitCount == 1)
+        header->biClrUsed = 2;
+    auto pixels = static_cast<unsigned char *>(PGlobalAlloc(stride * height));
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            unsigned char *row = pixels + y * stride;
+            if (bitCount == 24) {
+                row[3 * x] = GetBValue(color);
+                row[3 * x + 1] = GetGValue(color);
+                row[3 * x + 2] = GetRValue(color);
+            } else {
+                // Index 1 everywhere.
+                row[x / 8] = static_cast<unsigned char>(row[x / 8] | (0x80 >> (x % 8)));
+            }
+        }
+    return GImage(pixels, header, palette);
+}
+
+TEST(GDeviceRaster, ImagesAreDrawnAndZoomedThroughTheirHeaderAndPalette)
+{
+    ExpectNoLeaks leaks;
+    GMemoryDevice screen;
+    GBitmap targetBitmap = colourBitmap(40, 30);
+    GMemoryDevice target(screen, targetBitmap);
+    target.clear();
+    SetBkMode(target, OPAQUE);
+    {
+        GImage image = solidImage(3, 2, 24, GPalette(), red);
+        target.draw(image, GPoint(4, 5));
+        EXPECT_EQ(pixelAt(target, 4, 5), red);
+        EXPECT_EQ(pixelAt(target, 6, 6), red);
+        EXPECT_EQ(pixelAt(target, 7, 6), white);
+        EXPECT_EQ(pixelAt(target, 6, 7), white);
+        EXPECT_EQ(GetBkMode(target), TRANSPARENT);
+
+        SetStretchBltMode(target, HALFTONE);
+        EXPECT_EQ(target.zoomImage(image, GRect(0, 0, 3, 2), GRect(30, 20, 20, 10), SRCCOPY), 2);
+        EXPECT_EQ(pixelAt(target, 20, 10), white);
+        EXPECT_EQ(pixelAt(target, 30, 20), red);
+        EXPECT_EQ(pixelAt(target, 39, 29), red);
+        EXPECT_EQ(GetStretchBltMode(target), HALFTONE);
+    }
+    {
+        // The palette goes to the platform as blue, green, red.
+        GColor colours[2] = {GColor(0, 0, 0), GColor(0, 0, 255)};
+        GImage image = solidImage(5, 1, 1, GPalette(2, colours), 0);
+        ASSERT_EQ(image.numColors(), 2);
+        target.clear();
+        target.draw(image, GPoint(1, 1));
+        EXPECT_EQ(pixelAt(target, 1, 1), blue);
+        EXPECT_EQ(pixelAt(target, 5, 1), blue);
+        EXPECT_EQ(pixelAt(target, 6, 1), white);
+    }
+
+    HandlelessDevice none;
+    GImage empty;
+    EXPECT_EQ(none.zoomImage(empty, GRect(0, 0, 1, 1), GRect(0, 0, 1, 1), SRCCOPY), -1);
+    target.draw(empty, GPoint(0, 0));
+}
+
 TEST(GDeviceRaster, StretchKeepsSizeForReversedTargetsAndReportsMissingHandles)
 {
     ExpectNoLeaks leaks;
