@@ -55,12 +55,6 @@ private:
     HBITMAP section;
 };
 
-// GImage keeps its rows to itself; a derived class may name them, and lends them here.
-class ImageRows : public GImage {
-public:
-    static unsigned char *of(GImage &image) { return image.*(&ImageRows::pixels); }
-};
-
 // The image's header and its palette in blue, green, red order, as the platform takes them.
 // Sized at 160 bytes a colour, more than the table needs; kept as it was.
 class ImageBlock {
@@ -113,7 +107,7 @@ private:
 
 void GDevice::draw(GImage &image, GPoint const &pos)
 {
-    if (!dc || !image.getHeader() || !ImageRows::of(image))
+    if (!dc || !image.getHeader() || !image.pixels)
         return;
     // Deliberately not put back.
     SetBkMode(dc, TRANSPARENT);
@@ -124,14 +118,14 @@ void GDevice::draw(GImage &image, GPoint const &pos)
     int width = image.getWidth();
     int height = image.getHeight();
     SetDIBitsToDevice(dc, newTranslateX(pos.xVal()), newTranslateY(pos.yVal()), DWORD(width), DWORD(height), 0, 0,
-                      0, UINT(height), ImageRows::of(image), block.get(), DIB_RGB_COLORS);
+                      0, UINT(height), image.pixels, block.get(), DIB_RGB_COLORS);
 }
 
 int GDevice::zoomImage(GImage &image, GRect source, GRect target, int rop)
 {
     if (!dc)
         return -1;
-    if (!image.getHeader() || !ImageRows::of(image))
+    if (!image.getHeader() || !image.pixels)
         return 0;
     ImagePaletteSelection selection(dc, image.palette());
     int mode = GetStretchBltMode(dc);
@@ -143,7 +137,7 @@ int GDevice::zoomImage(GImage &image, GRect source, GRect target, int rop)
         if (block.get())
             result = StretchDIBits(dc, to.x, to.y, to.width, to.height, truncateCoord(source.lVal()),
                                    truncateCoord(source.tVal()), std::abs(truncateCoord(source.width())),
-                                   std::abs(truncateCoord(source.height())), ImageRows::of(image), block.get(),
+                                   std::abs(truncateCoord(source.height())), image.pixels, block.get(),
                                    DIB_RGB_COLORS, DWORD(rop));
     }
     SetStretchBltMode(dc, mode);

@@ -78,6 +78,9 @@ public:
     void histStretch(unsigned char low, unsigned char high);
     int histTreeEqua(unsigned char depth);
 
+    // The device hands the rows and header to the platform's DIB transfers.
+    friend class GDevice;
+
 protected:
     // The start of a pixel in stored rows; no range check.
     unsigned char *pixelAddr(unsigned short row, unsigned short column);
