@@ -21,6 +21,8 @@ public:
     PError(PErrorType type = noError);
     PError(PError const &other);
     PError &operator=(PError const &other);
+    // Not virtual, to keep the table as it is: derived objects are not deleted through a PError.
+    ~PError() = default;
 
     // Table order is part of the design: these two stand first in every derived class.
     // Logs the text as fatal and ends the process with exit code 1.
@@ -35,10 +37,6 @@ public:
 
     void setStatusCode(int code);
     int getStatusCode() const;
-
-protected:
-    // Not virtual, to keep the table as it is; a PError is never deleted through this base.
-    ~PError() = default;
 
 private:
     PErrorType errorType;

@@ -7,14 +7,14 @@
 namespace {
 
 // The object behind a handle carried in lParam.
-PWindowObject *objectOfHandle(long lParam)
+PWindowObject *objectOfHandle(LPARAM lParam)
 {
     return PWindowObject::getWinPtr(PHHwnd(reinterpret_cast<HWND>(lParam)));
 }
 
 } // namespace
 
-PEvent::PEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PEvent::PEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : window(window), message(message), wParam(wParam), lParam(lParam)
 {
     const DWORD position = GetMessagePos();
@@ -71,7 +71,7 @@ PLocatorEvent::PLocatorEvent(PWindowObject *window, unsigned int message, GPoint
     synthesise(location, time, control, shift, left, right, middle);
 }
 
-PLocatorEvent::PLocatorEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PLocatorEvent::PLocatorEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
     locateFromLParam();
@@ -90,7 +90,7 @@ PMouseEvent::PMouseEvent(PWindowObject *window, unsigned int message, GPoint con
     synthesise(location, time, control, shift, left, right, middle);
 }
 
-PMouseEvent::PMouseEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PMouseEvent::PMouseEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
     locateFromLParam();
@@ -103,7 +103,7 @@ PMouseEvent::PMouseEvent(PEvent const &event) : PEvent(event)
 
 // ---- PKeyboardEvent ----
 
-PKeyboardEvent::PKeyboardEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PKeyboardEvent::PKeyboardEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
 }
@@ -129,7 +129,7 @@ int PKeyboardEvent::isControlKeyDown() const
 
 // ---- PCommandEvent ----
 
-PCommandEvent::PCommandEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PCommandEvent::PCommandEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
 }
@@ -145,7 +145,7 @@ PWindowObject *PCommandEvent::getControl() const
 
 // ---- PNotifyEvent ----
 
-PNotifyEvent::PNotifyEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PNotifyEvent::PNotifyEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
 }
@@ -161,7 +161,7 @@ PWindowObject *PNotifyEvent::getControl() const
 
 // ---- PScrollEvent ----
 
-PScrollEvent::PScrollEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam)
+PScrollEvent::PScrollEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam)
     : PEvent(window, message, wParam, lParam)
 {
 }

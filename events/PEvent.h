@@ -15,6 +15,8 @@
 #include "foundation/GPoint.h"
 #include "foundation/TeskWinExport.h"
 
+#include <windows.h>
+
 class PWindowObject;
 
 // The key and button bits of a mouse message's wParam.
@@ -26,18 +28,20 @@ enum PMouseFlags {
     mouseMiddleButton = 0x10
 };
 
+// The message words are WPARAM and LPARAM: on 32-bit Windows exactly unsigned int and long,
+// and wide enough on 64-bit for the handles and pointers that messages carry.
 class TESKWIN_API PEvent {
 public:
     // Also captures the cursor position of the message, in window's client coordinates
     // (screen coordinates for a null window), and the message time.
-    PEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PEvent(PEvent const &other);
     PEvent &operator=(PEvent const &other);
 
     PWindowObject *getWindow() const { return window; }
     unsigned int getMessage() const { return message; }
-    unsigned int getWParam() const { return wParam; }
-    long getLParam() const { return lParam; }
+    WPARAM getWParam() const { return wParam; }
+    LPARAM getLParam() const { return lParam; }
     unsigned int getTime() const { return time; }
     GPoint getLocation() const { return location; }
     unsigned int getCommandId() const { return wParam & 0xFFFF; }
@@ -46,9 +50,9 @@ public:
     int isKeyDown(int virtualKey) const;
 
 protected:
-    void setWParam(unsigned int value) { wParam = value; }
+    void setWParam(WPARAM value) { wParam = value; }
     void setMessage(unsigned int value) { message = value; }
-    void setLParam(long value) { lParam = value; }
+    void setLParam(LPARAM value) { lParam = value; }
     void setMLocation(GPoint const &value) { location = value; }
 
     // Takes the location from lParam's halves, read unsigned.
@@ -60,8 +64,8 @@ protected:
 private:
     PWindowObject *window;
     unsigned int message;
-    unsigned int wParam;
-    long lParam;
+    WPARAM wParam;
+    LPARAM lParam;
     unsigned int time;
     GPoint location;
 };
@@ -72,7 +76,7 @@ class TESKWIN_API PLocatorEvent : public PEvent {
 public:
     PLocatorEvent(PWindowObject *window, unsigned int message, GPoint const &location, unsigned long time,
                   int control, int shift, int left, int right, int middle);
-    PLocatorEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PLocatorEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PLocatorEvent(PEvent const &event);
 
     // Each returns the masked bit itself (8 for the control key), not 0 or 1.
@@ -90,7 +94,7 @@ class TESKWIN_API PMouseEvent : public PEvent {
 public:
     PMouseEvent(PWindowObject *window, unsigned int message, GPoint const &location, unsigned long time,
                 int control, int shift, int left, int right, int middle);
-    PMouseEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PMouseEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PMouseEvent(PEvent const &event);
 
     unsigned int isLeftButtonDown() const { return getWParam() & mouseLeftButton; }
@@ -102,7 +106,7 @@ public:
 
 class TESKWIN_API PKeyboardEvent : public PEvent {
 public:
-    PKeyboardEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PKeyboardEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PKeyboardEvent(PEvent const &event);
 
     unsigned char getChar() const { return static_cast<unsigned char>(getWParam()); }
@@ -122,7 +126,7 @@ public:
 
 class TESKWIN_API PCommandEvent : public PEvent {
 public:
-    PCommandEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PCommandEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PCommandEvent(PEvent const &event);
 
     unsigned short getCommandId() const { return static_cast<unsigned short>(getWParam()); }
@@ -132,7 +136,7 @@ public:
 
 class TESKWIN_API PNotifyEvent : public PEvent {
 public:
-    PNotifyEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PNotifyEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PNotifyEvent(PEvent const &event);
 
     unsigned int getMessageId() const { return getWParam() >> 16; }
@@ -143,7 +147,7 @@ public:
 
 class TESKWIN_API PScrollEvent : public PEvent {
 public:
-    PScrollEvent(PWindowObject *window, unsigned int message, unsigned int wParam, long lParam);
+    PScrollEvent(PWindowObject *window, unsigned int message, WPARAM wParam, LPARAM lParam);
     PScrollEvent(PEvent const &event);
 
     unsigned int getScrollCode() const { return getWParam() & 0xFFFF; }

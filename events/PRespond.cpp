@@ -5,7 +5,7 @@ int PRespond::dropEvent(HDROP, int)
     return 0;
 }
 
-int PRespond::processChildEvent(PEvent const &, long *)
+int PRespond::processChildEvent(PEvent const &, LRESULT *)
 {
     return 0;
 }

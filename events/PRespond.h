@@ -28,7 +28,7 @@ private:
 
 public:
     // Leaves *result alone unless it claims the event.
-    virtual int processChildEvent(PEvent const &event, long *result);
+    virtual int processChildEvent(PEvent const &event, LRESULT *result);
     virtual int processCommandEvent(PEvent const &event);
     virtual int processNotificationEvent(PEvent const &event);
     virtual int processEvent(PEvent const &event);

@@ -8,7 +8,7 @@
 
 namespace {
 
-const int userDataIndex = GWL_USERDATA;
+const int userDataIndex = GWLP_USERDATA;
 
 // The platform's integer point of a logical one, truncated toward zero.
 POINT truncated(GPoint const &point)
@@ -108,12 +108,12 @@ PWindowObject::~PWindowObject()
 
 PWindowObject *PWindowObject::getWinPtr(PHHwnd const &handle)
 {
-    return reinterpret_cast<PWindowObject *>(GetWindowLongA(handle, userDataIndex));
+    return reinterpret_cast<PWindowObject *>(GetWindowLongPtrA(handle, userDataIndex));
 }
 
 void PWindowObject::addWinPtr(PWindowObject *object, HWND handle)
 {
-    SetWindowLongA(handle, userDataIndex, reinterpret_cast<LONG>(object));
+    SetWindowLongPtrA(handle, userDataIndex, reinterpret_cast<LONG_PTR>(object));
 }
 
 PWindowObject *PWindowObject::findWinPtr(PHHwnd const &handle)
@@ -304,11 +304,11 @@ int PWindowObject::destroyEvent(PEvent const &)
 
 // ---- Messages from children ----
 
-int PWindowObject::processChildEvent(PEvent const &event, long *result)
+int PWindowObject::processChildEvent(PEvent const &event, LRESULT *result)
 {
     *result = 0;
-    const unsigned int wParam = event.getWParam();
-    const long lParam = event.getLParam();
+    const WPARAM wParam = event.getWParam();
+    const LPARAM lParam = event.getLParam();
     const unsigned int message = event.getMessage();
     switch (message) {
     case WM_DRAWITEM:
@@ -382,12 +382,12 @@ int PWindowObject::onChildCommand(unsigned int)
     return 0;
 }
 
-int PWindowObject::onChildNotify(unsigned int, long *)
+int PWindowObject::onChildNotify(unsigned int, LRESULT *)
 {
     return 0;
 }
 
-void PWindowObject::onParentNotify(unsigned int, long)
+void PWindowObject::onParentNotify(WPARAM, LPARAM)
 {
 }
 
@@ -717,13 +717,13 @@ void PWindowObject::postEvent(PWindowObject *target, PEvent const &event)
         PostMessageA(handleOf(target), event.getMessage(), event.getWParam(), event.getLParam());
 }
 
-void PWindowObject::sendCommandEvent(PWindowObject *target, unsigned short commandId, long lParam)
+void PWindowObject::sendCommandEvent(PWindowObject *target, unsigned short commandId, LPARAM lParam)
 {
     if (isValidWindow())
         SendMessageA(handleOf(target), WM_COMMAND, commandId, lParam);
 }
 
-void PWindowObject::postCommandEvent(PWindowObject *target, unsigned short commandId, long lParam)
+void PWindowObject::postCommandEvent(PWindowObject *target, unsigned short commandId, LPARAM lParam)
 {
     if (isValidWindow())
         PostMessageA(handleOf(target), WM_COMMAND, commandId, lParam);

@@ -55,8 +55,8 @@ public:
     virtual void beforeDispatchHandler();
     // 10 to 18: what a child's messages to its parent become (see processChildEvent).
     virtual int onChildCommand(unsigned int notification);
-    virtual int onChildNotify(unsigned int code, long *result);
-    virtual void onParentNotify(unsigned int wParam, long lParam);
+    virtual int onChildNotify(unsigned int code, LRESULT *result);
+    virtual void onParentNotify(WPARAM wParam, LPARAM lParam);
     virtual void drawItem(tagDRAWITEMSTRUCT *item);
     virtual void measureItem(tagMEASUREITEMSTRUCT *item);
     virtual void deleteItem(tagDELETEITEMSTRUCT *item);
@@ -99,7 +99,7 @@ public:
     virtual int isMDIChildrenMaximized();
 
     // Handlers of the PRespond side that the window object answers itself.
-    int processChildEvent(PEvent const &event, long *result) override;
+    int processChildEvent(PEvent const &event, LRESULT *result) override;
     int hScrollEvent(unsigned int code, int position) override;
     int vScrollEvent(unsigned int code, int position) override;
     // Closes through closeWindow and always claims, so that the default procedure never
@@ -171,8 +171,8 @@ public:
     // Sending is tested on this object, the sender, and not on target.
     void sendEvent(PWindowObject *target, PEvent const &event);
     void postEvent(PWindowObject *target, PEvent const &event);
-    void sendCommandEvent(PWindowObject *target, unsigned short id, long lParam);
-    void postCommandEvent(PWindowObject *target, unsigned short id, long lParam);
+    void sendCommandEvent(PWindowObject *target, unsigned short id, LPARAM lParam);
+    void postCommandEvent(PWindowObject *target, unsigned short id, LPARAM lParam);
 
     // Built at load and kept empty: the binding of handle and object lives in the window.
     static PPairDictionary<PHHwnd, PHashablePointer<PWindowObject>> theWinTable;

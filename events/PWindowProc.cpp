@@ -200,7 +200,7 @@ int PDispatch::destroy(PWindowObject &window, PEvent const &event)
 namespace {
 
 // lParam's halves read as signed 16-bit values, as WM_MOVE and WM_SIZE carry them.
-GPoint signedPoint(long lParam)
+GPoint signedPoint(LPARAM lParam)
 {
     return GPoint(static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam)));
 }
@@ -304,7 +304,7 @@ int PDispatch::setCursor(PWindowObject &, PEvent const &event)
 
 int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
 {
-    long result = 0;
+    LRESULT result = 0;
     if (window.processChildEvent(event, &result))
         return result;
     return window.processEvent(event);
@@ -312,7 +312,7 @@ int PDispatch::childFirst(PWindowObject &window, PEvent const &event)
 
 int PDispatch::notify(PWindowObject &window, PEvent const &event)
 {
-    long result = 0;
+    LRESULT result = 0;
     if (window.processChildEvent(event, &result))
         return result;
     NMHDR const *header = reinterpret_cast<NMHDR const *>(event.getLParam());
@@ -351,7 +351,7 @@ int PDispatch::keyDown(PWindowObject &window, PEvent const &event)
 // A notification that nobody claims also falls to processCommandEvent.
 int PDispatch::command(PWindowObject &window, PEvent const &event)
 {
-    long result = 0;
+    LRESULT result = 0;
     if (window.processChildEvent(event, &result))
         return result;
     if (event.getLParam() == 0) {

@@ -269,13 +269,13 @@ public:
                 moveTo(static_cast<unsigned int>(position));
             spliceBefore(other.head, cursor);
             count += other.count;
-            // The cursor's new index follows from the splice: no walk is needed.
-            if (position == -1 || position == 0) {
+            const bool headMoves = position == -1 || position == 0;
+            if (headMoves)
                 head = other.head;
-                cursorIndex = other.count;
-            } else if (cursor != head) {
-                cursorIndex += other.count;
-            }
+            // Deliberate: a position past the cursor's index (one that wrapped) keeps the
+            // index it had, so that it lags the cursor by other's length.
+            if (position == -1 || static_cast<unsigned int>(position) <= cursorIndex)
+                cursorIndex = indexAfterSplice(headMoves, other.count);
         }
         other.forget();
     }
@@ -317,6 +317,15 @@ private:
         head = cursor = ring;
         cursorIndex = 0;
         count = length;
+    }
+
+    // Where the cursor stands once a ring of spliced nodes went in before it: what a walk
+    // from the head would count, found without the walk.
+    unsigned int indexAfterSplice(bool headMoved, unsigned int spliced) const
+    {
+        if (headMoved)
+            return spliced;
+        return cursor == head ? 0 : cursorIndex + spliced;
     }
 
     void forget()

@@ -6,12 +6,12 @@ namespace {
 
 double lowest(double a, double b, double c, double d)
 {
-    return (tesk::min)((tesk::min)(a, b), (tesk::min)(c, d));
+    return (min)((min)(a, b), (min)(c, d));
 }
 
 double highest(double a, double b, double c, double d)
 {
-    return (tesk::max)((tesk::max)(a, b), (tesk::max)(c, d));
+    return (max)((max)(a, b), (max)(c, d));
 }
 
 } // namespace

@@ -1,22 +1,77 @@
 #!/usr/bin/env bash
 # Sourced by the run and test scripts: one Xvfb display and one persistent wineserver
 # for a whole run, on a Wine prefix that lives in the build folder.
-#   wine_session_start <build-dir>   exports DISPLAY and WINEPREFIX
+#   wine_loader_for <arch>                 the Wine loader that runs programs of x86_64 or i686
+#   wine_can_run <arch>                    true when this host can start that loader's programs
+#   wine_session_start <build-dir> <arch>  exports DISPLAY, WINEPREFIX, WINELOADER, WINESERVER
+#   wine_run <program> [args...]           runs a Windows program in the session
 #   wine_session_stop
+#
+# The loaders are called directly: the `wine` wrapper picks the 32-bit loader whenever
+# wine32 is installed, and this host may not be able to run it.
+
+wine_loader_for() {
+  case $1 in
+    x86_64) echo /usr/lib/wine/wine64 ;;
+    i686) echo /usr/lib/wine/wine ;;
+    *) echo "wine-session: unknown architecture $1" >&2; return 1 ;;
+  esac
+}
+
+# The 64-bit server serves both loaders; the 32-bit one cannot start on hosts without
+# 32-bit support.
+wine_server_path() {
+  if [ -x /usr/lib/wine/wineserver64 ]; then echo /usr/lib/wine/wineserver64
+  else echo /usr/lib/wine/wineserver32; fi
+}
+
+# Where the kernel cannot run i386 programs, user-mode emulation can, once an i386 ELF
+# handler is registered with binfmt_misc (root only; nothing happens otherwise).
+wine_enable_i386_emulation() {
+  local misc=/proc/sys/fs/binfmt_misc
+  [ -e "$misc/qemu-i386" ] && return 0
+  [ "$(id -u)" = 0 ] && [ -x /usr/bin/qemu-i386-static ] || return 1
+  [ -e "$misc/register" ] || mount -t binfmt_misc binfmt_misc "$misc" 2>/dev/null || return 1
+  [ -e "$misc/qemu-i386" ] && return 0
+  printf '%s' ':qemu-i386:M::\x7fELF\x01\x01\x01\x00\x00\x00\x00\x00\x00\x00\x00\x00\x02\x00\x03\x00:\xff\xff\xff\xff\xff\xfe\xfe\x00\xff\xff\xff\xff\xff\xff\xff\xff\xfe\xff\xff\xff:/usr/bin/qemu-i386-static:F' \
+    > "$misc/register" 2>/dev/null
+}
+
+# How a loader's programs start here: "native", "emulated" (binfmt + qemu), or "none".
+wine_run_mode() {
+  local loader
+  loader=$(wine_loader_for "$1") || return 1
+  [ -x "$loader" ] || { echo none; return 0; }
+  if [ "$1" = i686 ] && [ -e /proc/sys/fs/binfmt_misc/qemu-i386 ]; then echo emulated
+  elif "$loader" --version >/dev/null 2>&1; then echo native
+  elif [ "$1" = i686 ] && wine_enable_i386_emulation && "$loader" --version >/dev/null 2>&1; then echo emulated
+  else echo none
+  fi
+}
+
+wine_can_run() {
+  [ "$(wine_run_mode "$1")" != none ]
+}
+
+wine_run() {
+  "$WINELOADER" "$@"
+}
 
 wine_session_prepare_prefix() {
   local prefix=$1
   [ -f "$prefix/.teskwin-ready" ] && return 0
   rm -rf "$prefix"
   mkdir -p "$prefix"
-  WINEPREFIX=$prefix WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" wineboot -i >/dev/null 2>&1 </dev/null
+  # A 64-bit prefix reports that its 32-bit half could not be set up where 32-bit programs
+  # cannot run: harmless for 64-bit programs.
+  wine_run wineboot.exe -i >/dev/null 2>&1 </dev/null
   # Without a window manager, hiding a top-level window stalls unless Wine manages none;
   # a crash must print a backtrace and exit instead of waiting on a dialog.
-  WINEPREFIX=$prefix WINEDEBUG=-all wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 </dev/null
-  WINEPREFIX=$prefix WINEDEBUG=-all wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 </dev/null
+  wine_run reg.exe add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 </dev/null
+  wine_run reg.exe add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 </dev/null
   # Stable system fonts, whatever the host has.
   cp /usr/share/wine/fonts/*.ttf "$prefix/drive_c/windows/Fonts/" 2>/dev/null
-  WINEPREFIX=$prefix wineserver -w
+  "$WINESERVER" -w
   touch "$prefix/.teskwin-ready"
 }
 
@@ -26,6 +81,9 @@ wine_session_start() {
   export WINEPREFIX=$build/wineprefix
   export WINEDEBUG=-all
   export WINEDLLOVERRIDES="mscoree,mshtml="
+  WINELOADER=$(wine_loader_for "$2") || return 1
+  WINESERVER=$(wine_server_path)
+  export WINELOADER WINESERVER
   local n=${TESKWIN_DISPLAY:-$(( 90 + RANDOM % 400 ))}
   while [ -e /tmp/.X11-unix/X$n ] || [ -e /tmp/.X$n-lock ]; do n=$((n + 1)); done
   Xvfb :$n -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
@@ -33,13 +91,13 @@ wine_session_start() {
   for _ in $(seq 100); do [ -e /tmp/.X11-unix/X$n ] && break; sleep 0.1; done
   export DISPLAY=:$n
   wine_session_prepare_prefix "$WINEPREFIX"
-  wineserver -p
+  "$WINESERVER" -p
   # Warm up, so that Wine's service processes do not inherit a test's output pipe.
-  wine cmd /c exit </dev/null >/dev/null 2>&1
+  wine_run cmd.exe /c exit </dev/null >/dev/null 2>&1
 }
 
 wine_session_stop() {
-  wineserver -k 2>/dev/null
+  "${WINESERVER:-$(wine_server_path)}" -k 2>/dev/null
   [ -n "${WINE_SESSION_XVFB:-}" ] && kill "$WINE_SESSION_XVFB" 2>/dev/null
   wait 2>/dev/null
   return 0

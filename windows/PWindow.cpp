@@ -165,7 +165,7 @@ void PWindow::setupWindow()
         fitScrollerPage();
 }
 
-void PWindow::onParentNotify(unsigned int wParam, long lParam)
+void PWindow::onParentNotify(WPARAM wParam, LPARAM lParam)
 {
     if (LOWORD(wParam) == WM_CREATE)
         findWinPtr(PHHwnd(reinterpret_cast<HWND>(lParam)));
@@ -407,7 +407,7 @@ void PWindow::setBackground(GBrush const &brush)
         return;
     WNDCLASSA windowClass;
     if (GetClassInfoA(instanceOf(app), getClassName(), &windowClass))
-        SetClassLongA(hwnd, GCL_HBRBACKGROUND, static_cast<LONG>(reinterpret_cast<LONG_PTR>(static_cast<HBRUSH>(background))));
+        SetClassLongPtrA(hwnd, GCLP_HBRBACKGROUND, reinterpret_cast<LONG_PTR>(static_cast<HBRUSH>(background)));
 }
 
 GBrush PWindow::getBackground()

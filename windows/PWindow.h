@@ -59,7 +59,7 @@ public:
     // Leaves a host's parent and deletes a parent made for it.
     ~PWindow() override;
     // Binds a child that announces its creation while still unbound.
-    void onParentNotify(unsigned int wParam, long lParam) override;
+    void onParentNotify(WPARAM wParam, LPARAM lParam) override;
     // Registration is the caller's: registerWindow() first. 1 on success.
     int create() override;
     // The child identifier kept in the menu's record.

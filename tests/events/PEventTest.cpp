@@ -7,10 +7,6 @@
 
 namespace {
 
-struct ErrorHolder : PError {
-    using PError::PError;
-};
-
 class EventRecords : public ::testing::Test {
 protected:
     void SetUp() override
@@ -98,7 +94,7 @@ TEST_F(EventRecords, KeyboardCommandNotifyAndScrollReadTheirWords)
     EXPECT_EQ(notify.getMessageId(), 5u);
     EXPECT_EQ(notify.getControlId(), 9u);
     EXPECT_EQ(notify.getControl(), nullptr);
-    const PNotifyEvent fromWindow(window, WM_COMMAND, 0u, reinterpret_cast<long>(static_cast<HWND>(*window)));
+    const PNotifyEvent fromWindow(window, WM_COMMAND, 0u, reinterpret_cast<LPARAM>(static_cast<HWND>(*window)));
     EXPECT_EQ(fromWindow.getControl(), window);
 
     const PScrollEvent scroll(window, WM_HSCROLL, 0xFFFF0005u, 0);
@@ -128,13 +124,13 @@ TEST_F(EventRecords, RelativeScrollPositionIsReadFromTheWindowsBar)
     RecordingWindow *control = new RecordingWindow(window, &app, log, "bar");
     control->bind(bar);
     // For a control the event's own window is read, so it must be the control itself.
-    EXPECT_EQ(PScrollEvent(control, WM_NULL, 0u, reinterpret_cast<long>(bar)).getScrollPosRelative(), 20);
-    EXPECT_EQ(PScrollEvent(window, WM_HSCROLL, 0u, reinterpret_cast<long>(bar)).getControl(), control);
+    EXPECT_EQ(PScrollEvent(control, WM_NULL, 0u, reinterpret_cast<LPARAM>(bar)).getScrollPosRelative(), 20);
+    EXPECT_EQ(PScrollEvent(window, WM_HSCROLL, 0u, reinterpret_cast<LPARAM>(bar)).getControl(), control);
 }
 
 TEST(PErrorRecord, RecordsWithoutLoggingAndWarnsThroughTheLog)
 {
-    ErrorHolder error;
+    PError error;
     EXPECT_FALSE(error.isError());
     error.reportError(noError);
     EXPECT_FALSE(error.isError());
@@ -147,7 +143,7 @@ TEST(PErrorRecord, RecordsWithoutLoggingAndWarnsThroughTheLog)
     EXPECT_EQ(getErrorLogCount(), 0);
 
     error.setStatusCode(7);
-    ErrorHolder copy(error);
+    PError copy(error);
     EXPECT_EQ(copy.getStatusCode(), 7);
     EXPECT_EQ(copy.getError(), registerClassError);
 
@@ -169,7 +165,7 @@ TEST(PRespondDefaults, TwoArgumentPaintReachesTheOneArgumentOverride)
     alignas(16) char contextStorage[256] = {};
     GRect area(1, 2, 3, 4);
     EXPECT_EQ(respond.paintEvent(*reinterpret_cast<GContext *>(contextStorage), area), 42);
-    long result = 5;
+    LRESULT result = 5;
     EXPECT_EQ(respond.processChildEvent(PEvent(nullptr, WM_NULL, 0, 0), &result), 0);
     EXPECT_EQ(result, 5);
 }

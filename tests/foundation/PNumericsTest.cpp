@@ -30,13 +30,13 @@ TEST(PNumerics, ZeroAndEqualityTests)
 
 TEST(PNumerics, MinMaxAndRound)
 {
-    EXPECT_EQ((tesk::min)(-3, 2), -3);
-    EXPECT_EQ((tesk::max)(-3, 2), 2);
-    EXPECT_EQ((tesk::min)(0.25, -0.5), -0.5);
-    EXPECT_EQ((tesk::max)(0.25, -0.5), 0.25);
+    EXPECT_EQ((min)(-3, 2), -3);
+    EXPECT_EQ((max)(-3, 2), 2);
+    EXPECT_EQ((min)(0.25, -0.5), -0.5);
+    EXPECT_EQ((max)(0.25, -0.5), 0.25);
     const unsigned short big = 65535, small = 1;
-    EXPECT_EQ((tesk::max)(big, small), 65535);
-    EXPECT_EQ((tesk::max)(small, big), 65535);
+    EXPECT_EQ((max)(big, small), 65535);
+    EXPECT_EQ((max)(small, big), 65535);
 
     EXPECT_EQ(tesk::round(2.4), 2);
     EXPECT_EQ(tesk::round(2.5), 3);

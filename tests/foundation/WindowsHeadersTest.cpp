@@ -26,11 +26,13 @@ TEST(PNumerics, LivesBesideWindowsAndCmath)
 {
     EXPECT_EQ(min(3, 4), 3); // the macro
     EXPECT_EQ(max(3, 4), 4);
-    EXPECT_EQ((tesk::min)(3, 4), 3);
-    EXPECT_EQ((tesk::max)(2.5, -1.0), 2.5);
+    EXPECT_EQ((min)(3, 4), 3); // the library's, found at global scope past the macro
+    EXPECT_EQ((max)(2.5, -1.0), 2.5);
+    EXPECT_EQ((max)(static_cast<unsigned short>(1), static_cast<unsigned short>(65535)), 65535);
     EXPECT_EQ(::round(-2.5), -3.0);
     EXPECT_EQ(tesk::round(-2.5), -3);
     EXPECT_EQ(std::round(0.5), 1.0);
+    EXPECT_EQ(static_cast<int>(round(2.5)), tesk::round(2.5)) << "both take halves away from zero";
     EXPECT_TRUE(IS_ZERO(0.0, 1e-9));
 }
 

@@ -92,8 +92,8 @@ TEST(PWindow, CreationBindsTheQueuedObject)
 
     // The class: no CS_DBLCLKS, so a double click arrives as two button-downs.
     EXPECT_EQ(static_cast<DWORD>(CS_HREDRAW | CS_VREDRAW), GetClassLongA(handle, GCL_STYLE));
-    EXPECT_EQ(reinterpret_cast<LONG_PTR>(LoadCursorA(nullptr, IDC_ARROW)), GetClassLongA(handle, GCL_HCURSOR));
-    EXPECT_EQ(reinterpret_cast<LONG_PTR>(LoadIconA(nullptr, IDI_APPLICATION)), GetClassLongA(handle, GCL_HICON));
+    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(LoadCursorA(nullptr, IDC_ARROW)), GetClassLongPtrA(handle, GCLP_HCURSOR));
+    EXPECT_EQ(reinterpret_cast<ULONG_PTR>(LoadIconA(nullptr, IDI_APPLICATION)), GetClassLongPtrA(handle, GCLP_HICON));
 
     window->shutDownWindow();
     EXPECT_FALSE(IsWindow(handle));
@@ -180,14 +180,14 @@ TEST(PWindow, ParentNotifyBindsAPendingChild)
     PWindowObject *queued = pending;
     PWindow::theCreatedQueue.enQueue(queued);
 
-    parent->onParentNotify(WM_DESTROY, reinterpret_cast<long>(child));
+    parent->onParentNotify(WM_DESTROY, reinterpret_cast<LPARAM>(child));
     EXPECT_FALSE(PWindow::theCreatedQueue.isEmpty());
-    parent->onParentNotify(MAKEWPARAM(WM_CREATE, 3), reinterpret_cast<long>(child));
+    parent->onParentNotify(MAKEWPARAM(WM_CREATE, 3), reinterpret_cast<LPARAM>(child));
     EXPECT_TRUE(PWindow::theCreatedQueue.isEmpty());
     EXPECT_EQ(pending, PWindowObject::getWinPtr(PHHwnd(child)));
     EXPECT_EQ(child, static_cast<HWND>(*pending));
 
-    SetWindowLongA(child, GWLP_USERDATA, 0);
+    SetWindowLongPtrA(child, GWLP_USERDATA, 0);
     DestroyWindow(child);
     delete pending;
     parent->shutDownWindow();
@@ -220,9 +220,9 @@ TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
     second->setBackground(GBrush(GColor(255, 0, 0)));
     ASSERT_NE(0, second->registerWindow());
     ASSERT_EQ(1, second->create());
-    DWORD original = GetClassLongA(*first, GCL_HBRBACKGROUND);
+    ULONG_PTR original = GetClassLongPtrA(*first, GCLP_HBRBACKGROUND);
     EXPECT_NE(0u, original);
-    EXPECT_EQ(original, GetClassLongA(*second, GCL_HBRBACKGROUND));
+    EXPECT_EQ(original, GetClassLongPtrA(*second, GCLP_HBRBACKGROUND));
     // The class keeps the first window's brush, but each window erases with its own.
     UpdateWindow(*second);
     EXPECT_EQ(RGB(255, 0, 0), pixelOf(*second));
@@ -230,9 +230,9 @@ TEST(PWindow, SecondWindowKeepsTheClassBrushUntilSetBackground)
 
     GBrush blue(GColor(0, 0, 255));
     second->setBackground(blue);
-    DWORD changed = GetClassLongA(*first, GCL_HBRBACKGROUND);
+    ULONG_PTR changed = GetClassLongPtrA(*first, GCLP_HBRBACKGROUND);
     EXPECT_NE(original, changed);
-    EXPECT_EQ(changed, GetClassLongA(*second, GCL_HBRBACKGROUND));
+    EXPECT_EQ(changed, GetClassLongPtrA(*second, GCLP_HBRBACKGROUND));
 
     second->shutDownWindow();
     first->shutDownWindow();
