@@ -3,7 +3,9 @@
 # for a whole run, on a Wine prefix that lives in the build folder.
 #   wine_loader_for <arch>                 the Wine loader that runs programs of x86_64 or i686
 #   wine_can_run <arch>                    true when this host can start that loader's programs
-#   wine_session_start <build-dir> <arch>  exports DISPLAY, WINEPREFIX, WINELOADER, WINESERVER
+#   wine_session_start <build-dir> <arch>  exports DISPLAY, WINEPREFIX, WINELOADER, WINESERVER;
+#                                          fails when the prefix cannot be prepared (by the time
+#                                          TESKWIN_SETUP_DEADLINE, in epoch seconds, if set)
 #   wine_run <program> [args...]           runs a Windows program in the session
 #   wine_session_stop
 #
@@ -57,18 +59,48 @@ wine_run() {
   "$WINELOADER" "$@"
 }
 
+# One set-up step; a step still running at TESKWIN_SETUP_DEADLINE fails.
+wine_setup_step() {
+  if [ -z "${TESKWIN_SETUP_DEADLINE:-}" ]; then
+    "$WINELOADER" "$@" >/dev/null 2>&1 </dev/null
+    return 0
+  fi
+  local left=$(( TESKWIN_SETUP_DEADLINE - $(date +%s) ))
+  [ "$left" -gt 0 ] || return 1
+  timeout "$left" "$WINELOADER" "$@" >/dev/null 2>&1 </dev/null
+  [ $? != 124 ]
+}
+
+# Runs a command with the i386 emulation handler switched off, if it is on, and back on after.
+wine_without_i386_emulation() {
+  local handler=/proc/sys/fs/binfmt_misc/qemu-i386 status=0
+  if [ -w "$handler" ] && grep -q '^enabled' "$handler"; then
+    echo 0 > "$handler"
+    "$@" || status=$?
+    echo 1 > "$handler"
+    return $status
+  fi
+  "$@"
+}
+
+# wine_session_prepare_prefix <prefix> <arch>
 wine_session_prepare_prefix() {
-  local prefix=$1
+  local prefix=$1 arch=$2
   [ -f "$prefix/.teskwin-ready" ] && return 0
   rm -rf "$prefix"
   mkdir -p "$prefix"
-  # A 64-bit prefix reports that its 32-bit half could not be set up where 32-bit programs
-  # cannot run: harmless for 64-bit programs.
-  wine_run wineboot.exe -i >/dev/null 2>&1 </dev/null
+  # A 64-bit prefix warns that its 32-bit half could not be set up: harmless for 64-bit
+  # programs. Emulation stays off meanwhile, or that half alone takes many minutes.
+  if [ "$arch" = x86_64 ]; then
+    wine_without_i386_emulation wine_setup_step wineboot.exe -i || return 1
+  else
+    wine_setup_step wineboot.exe -i || return 1
+  fi
   # Without a window manager, hiding a top-level window stalls unless Wine manages none;
   # a crash must print a backtrace and exit instead of waiting on a dialog.
-  wine_run reg.exe add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >/dev/null 2>&1 </dev/null
-  wine_run reg.exe add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 </dev/null
+  wine_setup_step reg.exe add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f || return 1
+  wine_setup_step reg.exe add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f || return 1
+  [ -d "$prefix/drive_c/windows/Fonts" ] || return 1
   # Stable system fonts, whatever the host has.
   cp /usr/share/wine/fonts/*.ttf "$prefix/drive_c/windows/Fonts/" 2>/dev/null
   "$WINESERVER" -w
@@ -90,10 +122,10 @@ wine_session_start() {
   WINE_SESSION_XVFB=$!
   for _ in $(seq 100); do [ -e /tmp/.X11-unix/X$n ] && break; sleep 0.1; done
   export DISPLAY=:$n
-  wine_session_prepare_prefix "$WINEPREFIX"
+  wine_session_prepare_prefix "$WINEPREFIX" "$2" || return 1
   "$WINESERVER" -p
   # Warm up, so that Wine's service processes do not inherit a test's output pipe.
-  wine_run cmd.exe /c exit </dev/null >/dev/null 2>&1
+  wine_setup_step cmd.exe /c exit
 }
 
 wine_session_stop() {
