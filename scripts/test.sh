@@ -20,7 +20,7 @@ share_programs="foundation_tests imaging_tests"
 emulated_exclusions="-PRefCount.LockKeepsCountsExactAcrossThreads"
 # Bounds for the emulated route, which has been seen to stall while a prefix is prepared.
 emulated_prefix_limit=1500
-emulated_program_limit=900
+emulated_program_limit=600
 
 configure_and_build() {
   local arch=$1
@@ -35,21 +35,35 @@ run_ctest() {
   (cd "$builds/test-$arch" && ctest --output-on-failure -j"$(nproc)" "$@")
 }
 
-# Runs each share program whole; a program that outlives its bound counts as not run.
+# The emulator sometimes cannot place Wine's shared user data page; the program never
+# starts, so it is tried again (the placement differs each time).
+emulator_fault="failed to map the shared user data"
+
+# Runs each share program whole; a program that outlives its bound, or that the emulator
+# cannot start, counts as not run; a failing test fails the run.
 run_share_programs() {
-  local arch=$1 program rc status=0
+  local arch=$1 program rc attempt status=0 log
+  log=$(mktemp)
   for program in $share_programs; do
     local started=$SECONDS
-    rc=0
-    timeout "$emulated_program_limit" "$builds/test-$arch/wine-exec.sh" \
-      "$builds/test-$arch/bin/$program.exe" --gtest_brief=1 --gtest_filter="$emulated_exclusions" || rc=$?
+    for attempt in 1 2 3; do
+      rc=0
+      timeout "$emulated_program_limit" "$builds/test-$arch/wine-exec.sh" \
+        "$builds/test-$arch/bin/$program.exe" --gtest_brief=1 --gtest_filter="$emulated_exclusions" \
+        >"$log" 2>&1 || rc=$?
+      grep -q "$emulator_fault" "$log" || break
+      rc=emulator
+    done
+    cat "$log"
     echo "test.sh: $arch $program took $((SECONDS - started)) s (status $rc)"
     case $rc in
       0) ;;
-      124) echo "test.sh: $arch $program did not finish within $emulated_program_limit s" ;;
+      124) echo "test.sh: $arch $program did not finish within $emulated_program_limit s: not run" ;;
+      emulator) echo "test.sh: $arch $program: the emulator could not start it: not run" ;;
       *) status=1 ;;
     esac
   done
+  rm -f "$log"
   return $status
 }
 
@@ -61,10 +75,12 @@ run_suite() {
     if ! TESKWIN_SETUP_DEADLINE=$(( $(date +%s) + emulated_prefix_limit )) \
         wine_session_start "$builds/test-$arch" "$arch"; then
       wine_session_stop
-      echo "test.sh: $arch prefix could not be prepared within $emulated_prefix_limit s: not run"
+      share_outcome="not run: its Wine prefix could not be prepared under emulation within $emulated_prefix_limit s"
+      echo "test.sh: $arch $share_outcome"
       return 0
     fi
     run_share_programs "$arch" || status=$?
+    share_outcome="whole programs $share_programs (status $status)"
   else
     wine_session_start "$builds/test-$arch" "$arch"
     run_ctest "$arch" "$@" || status=$?
@@ -92,8 +108,9 @@ esac
 case $share in
   all) run_suite i686 all "$@" || status=1
        summary+=("i686: whole suite, 32-bit programs run $mode") ;;
-  share) run_suite i686 share || status=1
-         summary+=("i686: whole programs $share_programs, 32-bit programs run $mode") ;;
+  share) share_outcome=""
+         run_suite i686 share || status=1
+         summary+=("i686 (32-bit programs run $mode): $share_outcome") ;;
   *) summary+=("i686: built, not run: this host cannot start 32-bit programs") ;;
 esac
 

@@ -94,7 +94,13 @@ wine_session_prepare_prefix() {
   if [ "$arch" = x86_64 ]; then
     wine_without_i386_emulation wine_setup_step wineboot.exe -i || return 1
   else
-    wine_setup_step wineboot.exe -i || return 1
+    # Under emulation the loader now and then fails to place its shared page and stops at
+    # once; another try places it elsewhere.
+    local attempt
+    for attempt in 1 2 3; do
+      wine_setup_step wineboot.exe -i || return 1
+      [ -d "$prefix/drive_c/windows" ] && break
+    done
   fi
   # Without a window manager, hiding a top-level window stalls unless Wine manages none;
   # a crash must print a backtrace and exit instead of waiting on a dialog.
