@@ -1,13 +1,21 @@
 #include <gtest/gtest.h>
 
+#include "TeskWin.h"
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/TestApplication.h"
+#include "widgets/TestResources.h"
 
 #include <string>
 
 namespace {
 
-KeyedTestApp theApp;
+// The message boxes' captions come from the program's string table.
+TestApplication theApp = [] {
+    TestApplication app;
+    app.translateKey(GSFatalCaption, IDS_FATAL_CAPTION);
+    app.translateKey(GSWarningCaption, IDS_WARNING_CAPTION);
+    return app;
+}();
 
 class TestWindow : public PWindow {
 public:
