@@ -162,9 +162,8 @@ TEST(GDeviceRaster, PatternAndBitBlt)
 
 TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
 {
-    ReadBack<> surface(20, 20);
+    ReadBack<> surface(20, 20, blue);
     GMemoryDevice &target = surface.device;
-    fillDevice(target, 0, 0, 20, 20, blue);
     SetBkColor(target, RGB(1, 2, 3));
     SetTextColor(target, RGB(4, 5, 6));
 
