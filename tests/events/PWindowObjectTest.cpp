@@ -1,5 +1,5 @@
 // Window objects: the tree, the order of closing and deleting, coordinates and input.
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ protected:
         return found;
     }
 
-    TestApp app;
+    TestApplication app;
     EventLog log;
     RecordingWindow *window = nullptr;
 };

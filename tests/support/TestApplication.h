@@ -1,32 +1,36 @@
-// TestApp.h - an application object for tests of widgets and windows.
+// TestApplication.h - the application object of every test program.
 //
-//   TestApp      a PAppInterface whose module is the test program (with TestResources.rc)
-//   KeyedTestApp the same, also translating the library's string keys
+//   TestApplication  a PAppInterface on the test program's own module (and its resources),
+//                    whose answers the tests set and whose calls they count
 #pragma once
 
-#include "TeskWin.h"
-#include "widgets/TestResources.h"
+#include "events/PAppInterface.h"
+#include "events/PEvent.h"
 
-class TestApp : public PAppInterface {
+#include <windows.h>
+
+#include <map>
+#include <vector>
+
+class TestApplication final : public PAppInterface {
 public:
-    explicit TestApp(HINSTANCE module = GetModuleHandleA(nullptr)) : module(module) {}
-    virtual ~TestApp() = default;
+    explicit TestApplication(HINSTANCE module = GetModuleHandleA(nullptr)) : module(module) {}
 
-    int idleAction() override { return 0; }
+    int idleAction() override { return ++idleCount; }
     PWindowObject *createMainWindow() override { return nullptr; }
     PWindowObject *getMainWindow() override { return mainWindow; }
     void setMainWindow(PWindowObject *window) override { mainWindow = window; }
     PStatusBar *getStatusBar() override { return nullptr; }
-    void showMainWindow(int) override {}
+    void showMainWindow(int command) override { shownCommand = command; }
     PProgressBar *getProgressBar() override { return nullptr; }
-    int canExit() override { return 1; }
+    int canExit() override { ++exitAsked; return exitAllowed; }
     void setProgressBar(PProgressBar *) override {}
-    PAccel *getAccelerators() override { return nullptr; }
-    void setAccelerators(PAccel *) override {}
+    PAccel *getAccelerators() override { return accelerators; }
+    void setAccelerators(PAccel *value) override { accelerators = value; }
     unsigned long getHelpContext() override { return 0; }
     void setHelpContext(unsigned long) override {}
-    int hotKeyEvent(PEvent const &) override { return 0; }
-    int capturedKeyEvent(PEvent const &) override { return 0; }
+    int hotKeyEvent(PEvent const &event) override;
+    int capturedKeyEvent(PEvent const &event) override;
 
     HINSTANCE getInstance() const override { return module; }
     HINSTANCE getResourceModule() const override { return resourceModule ? resourceModule : module; }
@@ -45,25 +49,29 @@ public:
     int initInstance() override { return 1; }
     int run() override { return 0; }
     int exitInstance() override { return 0; }
-    int getStringId(int) const override { return 0; }
+    // The resource id given to translateKey for key, else 0 (no translation).
+    int getStringId(int key) const override;
     void setExitCode(int) override {}
+
+    // Lets the library's string key translate to a string resource of the program.
+    void translateKey(int key, int resourceId) { stringIds[key] = resourceId; }
 
     // Replaces the resource module the application reports, e.g. with (HINSTANCE)-1.
     HINSTANCE resourceModule = nullptr;
+    PWindowObject *mainWindow = nullptr;
+    PAccel *accelerators = nullptr;
+    int exitAllowed = 1;
+    int hotKeyAnswer = 0;
+    int capturedKeyAnswer = 0;
+
+    // What the library asked of the application.
+    int idleCount = 0;
+    int exitAsked = 0;
+    int shownCommand = -1;
+    std::vector<unsigned int> hotKeys;
+    std::vector<unsigned int> capturedKeys;
 
 private:
     HINSTANCE module;
-    PWindowObject *mainWindow = nullptr;
-};
-
-class KeyedTestApp : public TestApp {
-public:
-    int getStringId(int key) const override
-    {
-        switch (key) {
-        case GSFatalCaption: return IDS_FATAL_CAPTION;
-        case GSWarningCaption: return IDS_WARNING_CAPTION;
-        default: return 0;
-        }
-    }
+    std::map<int, int> stringIds;
 };
