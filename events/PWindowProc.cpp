@@ -7,6 +7,7 @@
 #include "contexts/GPainter.h"
 #include "graphics/GDevice.h"
 #include "widgets/PSysColorManager.h"
+// WM_MDIACTIVATE keeps the active child of the frame, which only the dispatch may set.
 #include "windows/PFrame.h"
 #include "windows/PWindow.h"
 

@@ -75,7 +75,6 @@ TEST(GPainter, UnclaimedPaintEndsBeforeTheDefaultProcedure)
     EXPECT_FALSE(GetUpdateRect(*window, nullptr, FALSE));
     EXPECT_EQ(probeRed, pixelAt(*window, 15, 15));
     // Nothing to paint: no painter, no handler.
-    EXPECT_EQ(0, SendMessageA(*window, WM_PAINT, 0, 0));
     EXPECT_EQ(1, window->paints);
     window->shutDownWindow();
 }
@@ -120,10 +119,33 @@ TEST(GContext, StylesChooseTheHandleAndTheWindow)
     EXPECT_EQ(probeWhite, pixelAt(*window, 49, 49));
     EXPECT_EQ(probeRed, pixelAt(*window, 50, 50));
 
-    HWND handle = *window;
     window->shutDownWindow();
-    // A context on a window that has gone: no window handle, a zero area, nothing cleared.
-    EXPECT_FALSE(IsWindow(handle));
+}
+
+TEST(GContext, AWindowThatHasGoneGivesNoHandleAndNoArea)
+{
+    PaintedWindow *window = createdPaintedWindow(100, 80);
+    PScroller scroller(1, 1, 500, 500);
+    scroller.showBoth();
+    window->setScroller(&scroller);
+    // The platform window goes; the object stays.
+    DestroyWindow(*window);
+    ASSERT_EQ(0, window->isValidWindow());
+    {
+        OpenContext context(window, GCClient);
+        EXPECT_EQ(0.0, context.getDeviceArea().xVal());
+        context.clearWindow();
+        context.beginScrollerView();
+        context.exclude(GRect(0, 0, 5, 5));
+    }
+    // The scroller keeps its model and leaves the platform alone.
+    scroller.scrollTo(3, 4);
+    EXPECT_EQ(4, scroller.getOrg().yVal());
+    scroller.setPageSize();
+    EXPECT_EQ(1, window->vScrollEvent(SB_LINEDOWN, 0));
+    EXPECT_EQ(5, scroller.getOrg().yVal());
+    window->setScroller(nullptr);
+    PWindowObject::deleteWindow(window);
 }
 
 TEST(GContext, ScrollerViewMovesTheViewportOriginByTheOffset)
