@@ -56,7 +56,17 @@ public:
         ++deactivations;
         return 0;
     }
+    int processEvent(PEvent const &event) override
+    {
+        if (event.getMessage() == WM_PALETTECHANGED || event.getMessage() == WM_QUERYNEWPALETTE) {
+            ++paletteEvents;
+            return paletteAnswer;
+        }
+        return PWindow::processEvent(event);
+    }
     int refuse = 0;
+    int paletteEvents = 0;
+    int paletteAnswer = 0;
     int closeOnActivate = 0;
     int activations = 0;
     int deactivations = 0;
@@ -255,6 +265,31 @@ TEST(PFrame, ClosingChildrenHeedsRefusalsOnlyForOneApplication)
     EXPECT_EQ(nullptr, frame->getActiveChild());
     // The palette goes to the active child, and there is none.
     EXPECT_EQ(0, SendMessageA(*frame, WM_QUERYNEWPALETTE, 0, 0));
+    frame->shutDownWindow();
+}
+
+TEST(PFrame, PaletteMessagesGoToTheChildren)
+{
+    TestFrame *frame = createdFrame();
+    MDIChild *first = createdChild(frame);
+    MDIChild *second = createdChild(frame);
+    first->paletteAnswer = 1;
+    second->paletteAnswer = 4;
+    HWND other = frame->getClientHWND();
+
+    // Every child hears of a change made by another window; the answers are ORed.
+    EXPECT_EQ(5, SendMessageA(*frame, WM_PALETTECHANGED, 0, reinterpret_cast<LPARAM>(other)));
+    EXPECT_EQ(1, first->paletteEvents);
+    EXPECT_EQ(1, second->paletteEvents);
+    // A change named by the frame in lParam reaches nobody.
+    EXPECT_EQ(0, SendMessageA(*frame, WM_PALETTECHANGED, 0, reinterpret_cast<LPARAM>(static_cast<HWND>(*frame))));
+    EXPECT_EQ(1, first->paletteEvents);
+
+    // A new palette is the active child's to realise.
+    ASSERT_EQ(second, frame->getActiveChild());
+    EXPECT_EQ(4, SendMessageA(*frame, WM_QUERYNEWPALETTE, 0, 0));
+    EXPECT_EQ(1, first->paletteEvents);
+    EXPECT_EQ(2, second->paletteEvents);
     frame->shutDownWindow();
 }
 
