@@ -3,8 +3,8 @@
 #include "events/PAppInterface.h"
 #include "events/PWindowProc.h"
 #include "widgets/PScroller.h"
-#include "windows/PFrame.h"
 #include "widgets/PStringResManager.h"
+#include "windows/PFrame.h"
 
 #include <shellapi.h>
 
@@ -426,7 +426,6 @@ PScroller *PWindow::getScroller()
 {
     return scroller;
 }
-
 
 void PWindow::setScroller(PScroller *scroller)
 {
