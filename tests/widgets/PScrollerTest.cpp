@@ -14,6 +14,7 @@ class SteppedScroller : public PScroller {
 public:
     SteppedScroller(long xUnit, long yUnit, float xRange, float yRange) : PScroller(xUnit, yUnit, xRange, yRange) {}
     using PScroller::autoScroll;
+    using PScroller::scrollWindow;
     void autoScroll() override
     {
         ++autoSteps;
@@ -222,6 +223,24 @@ TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
     PostMessageA(*window, WM_APP, 0, 0);
     window->processAutoScrolling();
     EXPECT_TRUE(PeekMessageA(&msg, *window, WM_APP, WM_APP, PM_REMOVE));
+
+    window->setScroller(nullptr);
+    window->shutDownWindow();
+}
+
+TEST(PScroller, TheClipAreaBoundsTheMovedPixels)
+{
+    SteppedScroller scroller(1, 1, 400, 400);
+    PaintedWindow *window = scrolledWindow(scroller);
+    window->updateWindow();
+    ASSERT_EQ(probeRed, pixelAt(*window, 25, 25));
+
+    // Only the pixels inside the clip area change: the square moves down there alone.
+    scroller.setClipArea(GRect(0, 0, 20, 200));
+    scroller.scrollWindow(GPoint(0, 40));
+    EXPECT_EQ(probeRed, pixelAt(*window, 15, 55));
+    EXPECT_EQ(probeWhite, pixelAt(*window, 25, 55));
+    EXPECT_EQ(probeRed, pixelAt(*window, 25, 25));
 
     window->setScroller(nullptr);
     window->shutDownWindow();
