@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "graphics/LeakCheck.h"
 #include "widgets/TestApp.h"
 #include "windows/WindowProbes.h"
 
@@ -45,6 +46,7 @@ void scrollMessage(HWND window, UINT message, WORD code, WORD thumb = 0)
 
 TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
 {
+    ExpectNoLeaks leaks;
     PScroller scroller(1, 1, 400, 400);
     PaintedWindow *window = scrolledWindow(scroller);
     window->updateWindow();

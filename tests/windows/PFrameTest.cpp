@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "graphics/LeakCheck.h"
 #include "widgets/TestApp.h"
 #include "windows/WindowProbes.h"
 
@@ -160,6 +161,7 @@ TEST(PFrame, TheMDIClientKeepsInsideItsOffsets)
 
 TEST(PFrame, ChildrenTileAndCascadeIntoTheWorkspace)
 {
+    ExpectNoLeaks leaks;
     TestFrame *frame = createdFrame();
     EXPECT_EQ(1, frame->isMDIChildrenMaximized());
     MDIChild *first = createdChild(frame);
@@ -209,6 +211,7 @@ TEST(PFrame, ChildrenTileAndCascadeIntoTheWorkspace)
 
 TEST(PFrame, ActivationFollowsTheChildrenAndForgetsClosedOnes)
 {
+    ExpectNoLeaks leaks;
     TestFrame *frame = createdFrame();
     MDIChild *first = createdChild(frame);
     MDIChild *second = createdChild(frame);
