@@ -1,0 +1,1 @@
+teskwin_classes(contexts PRectangle)
