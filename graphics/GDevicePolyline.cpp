@@ -72,13 +72,14 @@ void GDevicePolyline::resize(int n)
         newRoom = wanted;
     if (newRoom > INT_MAX)
         newRoom = INT_MAX;
-    POINT *grown = allocate<POINT>(newRoom);
+    // The heap may grow the block in place; what lies past the kept vertices is not read.
+    if (static_cast<std::uint64_t>(newRoom) > SIZE_MAX / sizeof(POINT))
+        return;
+    auto *grown = static_cast<POINT *>(std::realloc(vertices, sizeof(POINT) * std::size_t(newRoom)));
     if (!grown)
         return;
-    if (keep > 0)
-        std::memcpy(grown, vertices, sizeof(POINT) * std::size_t(keep));
-    std::free(vertices);
     vertices = grown;
+    count = keep;
     capacity = int(wanted);
     room = int(newRoom);
 }

@@ -1,8 +1,6 @@
 #include "graphics/GPolygonClip.h"
 #include "foundation/PNumerics.h"
 
-#include "foundation/PCArray.h"
-
 #include <cstdlib>
 
 namespace {
@@ -18,6 +16,16 @@ struct ClipCrossing {
     int node;
     int x;
     int y;
+};
+
+// Scratch kept through one clip, so that the four levels and all their pieces share a few
+// blocks instead of allocating for each half-plane.
+struct ClipWorkspace {
+    ClipBuffer<ClipNode> nodes;
+    ClipBuffer<POINT> crossings;
+    ClipBuffer<ClipCrossing> sorted;
+    ClipBuffer<int> place;
+    ClipPolygons pieces[4];
 };
 
 int compareCrossingX(void const *a, void const *b)
@@ -61,16 +69,17 @@ int isInsideHalfPlane(POINT const &p, int side, int axis, int bound)
     return (value < bound) != (side != 0);
 }
 
-void clipPolygonToHalfPlane(POINT const *points, int n, int side, int axis, int bound, ClipPolygons &out)
+namespace {
+
+void clipToHalfPlane(POINT const *points, int n, int side, int axis, int bound, ClipPolygons &out,
+                     ClipWorkspace &work)
 {
-    if (n <= 0 || points == nullptr)
+    if (n <= 0 || points == nullptr || n > 0x3fffffff)
         return;
-    if (n > 0x3fffffff)
+    if (!work.nodes.resize(2 * n) || !work.crossings.resize(n))
         return;
-    PCArray<ClipNode> nodes(2 * n);
-    PCArray<POINT> crossings(n);
-    if (nodes.length() != 2 * n || crossings.length() != n)
-        return;
+    ClipBuffer<ClipNode> &nodes = work.nodes;
+    ClipBuffer<POINT> &crossings = work.crossings;
     int m = 0, crossingCount = 0;
     bool anythingInside = false;
     for (int i = 0; i < n; ++i) {
@@ -92,14 +101,16 @@ void clipPolygonToHalfPlane(POINT const *points, int n, int side, int axis, int 
         return;
     }
 
-    PCArray<ClipCrossing> sorted(crossingCount);
-    PCArray<int> place(crossingCount);
-    if (sorted.length() != crossingCount || place.length() != crossingCount)
+    if (!work.sorted.resize(crossingCount) || !work.place.resize(crossingCount))
         return;
+    ClipBuffer<ClipCrossing> &sorted = work.sorted;
+    ClipBuffer<int> &place = work.place;
+    // At most one point a node, and one more for the last pair of crossings.
+    out.vertices.reserve(out.vertices.size() + m + 1);
     for (int k = 0, u = 0; k < m; ++k)
         if (nodes[k].isCrossing)
             sorted(u++) = ClipCrossing{k, crossings[nodes[k].index].x, crossings[nodes[k].index].y};
-    std::qsort(&sorted(0), std::size_t(crossingCount), sizeof(ClipCrossing),
+    std::qsort(sorted.data(), std::size_t(crossingCount), sizeof(ClipCrossing),
                axis == 0 ? compareCrossingX : compareCrossingY);
     // Each crossing's place along the line, by its crossing number.
     for (int u = 0; u < crossingCount; ++u)
@@ -152,13 +163,8 @@ void clipPolygonToHalfPlane(POINT const *points, int n, int side, int axis, int 
     }
 }
 
-void clipPolygonToRect(POINT const *points, int n, GRect const &rect, int level, ClipPolygons &out)
+void clipToRect(POINT const *points, int n, GRect const &rect, int level, ClipPolygons &out, ClipWorkspace &work)
 {
-    if (level < 1) {
-        out.vertices.clear();
-        out.lengths.clear();
-        level = 0;
-    }
     if (level > 3) {
         if (n > 0 && points != nullptr) {
             out.vertices.append(points, n);
@@ -174,14 +180,37 @@ void clipPolygonToRect(POINT const *points, int n, GRect const &rect, int level,
                            {truncateCoord(rect.lVal()), 1, 1},
                            {truncateCoord(rect.rVal()), 0, 1}};
     const Side &s = sides[level];
-    ClipPolygons pieces;
-    clipPolygonToHalfPlane(points, n, s.side, s.axis, s.bound, pieces);
+    // Each level's pieces are used up before a sibling at that level comes, so one buffer
+    // a level serves all.
+    ClipPolygons &pieces = work.pieces[level];
+    pieces.vertices.clear();
+    pieces.lengths.clear();
+    clipToHalfPlane(points, n, s.side, s.axis, s.bound, pieces, work);
     int first = 0;
     for (int i = 0; i < pieces.lengths.size(); ++i) {
         const int length = pieces.lengths[i];
         if (length > pieces.vertices.size() - first)
             break;
-        clipPolygonToRect(pieces.vertices.data() + first, length, rect, level + 1, out);
+        clipToRect(pieces.vertices.data() + first, length, rect, level + 1, out, work);
         first += length;
     }
+}
+
+} // namespace
+
+void clipPolygonToHalfPlane(POINT const *points, int n, int side, int axis, int bound, ClipPolygons &out)
+{
+    ClipWorkspace work;
+    clipToHalfPlane(points, n, side, axis, bound, out, work);
+}
+
+void clipPolygonToRect(POINT const *points, int n, GRect const &rect, int level, ClipPolygons &out)
+{
+    if (level < 1) {
+        out.vertices.clear();
+        out.lengths.clear();
+        level = 0;
+    }
+    ClipWorkspace work;
+    clipToRect(points, n, rect, level, out, work);
 }

@@ -32,6 +32,19 @@ public:
     bool complete() const { return !overflowed; }
     void clear() { count = 0; }
 
+    // Room for n records in all, kept for later appends; false when it cannot be had.
+    bool reserve(int n) { return reserve(static_cast<long long>(n)); }
+    // n records whose contents are the caller's to write.
+    bool resize(int n)
+    {
+        if (n < 0 || !reserve(static_cast<long long>(n)))
+            return false;
+        count = n;
+        return true;
+    }
+    T *data() { return records; }
+    T &operator()(int i) { return records[i]; }
+
     void append(T const *from, int n)
     {
         if (n <= 0 || !reserve(count + static_cast<long long>(n)))
