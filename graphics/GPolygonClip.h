@@ -17,7 +17,7 @@
 #include <cstring>
 
 // A growing array of plain records on the C heap. When room cannot be had the records are
-// dropped and the buffer says so, instead of raising.
+// dropped instead of raising.
 template <class T>
 class ClipBuffer {
 public:
@@ -29,7 +29,6 @@ public:
     int size() const { return count; }
     T const *data() const { return records; }
     T const &operator[](int i) const { return records[i]; }
-    bool complete() const { return !overflowed; }
     void clear() { count = 0; }
 
     // Room for n records in all, kept for later appends; false when it cannot be had.
@@ -62,15 +61,11 @@ private:
         long long grown = room < 16 ? 16 : 2LL * room;
         if (grown < wanted)
             grown = wanted;
-        if (grown > 0x7fffffff || static_cast<unsigned long long>(grown) > SIZE_MAX / sizeof(T)) {
-            overflowed = true;
+        if (grown > 0x7fffffff || static_cast<unsigned long long>(grown) > SIZE_MAX / sizeof(T))
             return false;
-        }
         T *moved = static_cast<T *>(std::realloc(records, sizeof(T) * static_cast<std::size_t>(grown)));
-        if (!moved) {
-            overflowed = true;
+        if (!moved)
             return false;
-        }
         records = moved;
         room = static_cast<int>(grown);
         return true;
@@ -79,7 +74,6 @@ private:
     T *records = nullptr;
     int count = 0;
     int room = 0;
-    bool overflowed = false;
 };
 
 struct ClipPolygons {
