@@ -1,1 +1,1 @@
-teskwin_classes(contexts GContext GPainter GDC)
+teskwin_classes(contexts GContext GPainter GDC PRectangle)
