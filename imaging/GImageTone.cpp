@@ -2,6 +2,7 @@
 #include "imaging/GImage.h"
 
 #include "foundation/PMemory.h"
+#include "graphics/DibFormat.h"
 #include "imaging/GImageRows.h"
 
 #include <windows.h>
@@ -10,9 +11,6 @@
 #include <new>
 
 namespace {
-
-// The image operations' rounding: halves away from zero, by truncation.
-int roundHalfAway(double x) { return static_cast<int>(x > 0 ? x + 0.5 : x - 0.5); }
 
 // The rounded-up midpoint of two levels, as the equalisations place a level between them.
 unsigned int midpoint(unsigned int sum)
@@ -105,18 +103,6 @@ GreyTables const &greyTables()
     static const GreyTables tables;
     return tables;
 }
-
-// Frees a block from PGlobalAlloc when the scope ends.
-class GlobalBlock {
-public:
-    explicit GlobalBlock(void *block) : block(block) {}
-    ~GlobalBlock() { PGlobalFree(block); }
-    GlobalBlock(GlobalBlock const &) = delete;
-    GlobalBlock &operator=(GlobalBlock const &) = delete;
-
-private:
-    void *block;
-};
 
 // A byte table over every value a pixel byte can hold; values past `levels` keep their value.
 struct LevelTable {
@@ -418,7 +404,7 @@ int GImage::histEqua()
     unsigned long *histogram = buildHistogram();
     if (!histogram)
         return 3;
-    GlobalBlock histogramBlock(histogram);
+    DibGlobalBlock histogramBlock(histogram);
     const unsigned int n = toneLevels();
 
     unsigned long total = 0;
@@ -473,7 +459,7 @@ int GImage::histFlatten()
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
         return 3;
-    GlobalBlock integrateBlock(integrate);
+    DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
     const double area = static_cast<double>(static_cast<unsigned long>(header->biWidth) *
                                             static_cast<unsigned long>(header->biHeight));
@@ -525,7 +511,7 @@ int GImage::histTreeEqua(unsigned char depth)
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
         return 3;
-    GlobalBlock integrateBlock(integrate);
+    DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
 
     HistTree tree{nullptr, depth, integrate, static_cast<unsigned short>(n)};
