@@ -397,10 +397,10 @@ GImage::operator GBitmap() { return makeBitmap(nullptr); }
 int GImage::write(PString const &fileName)
 {
     if (!header || !pixels)
-        return 5;
+        return resultNotWritten;
     PFile file;
     if (!file.open(fileName, PFile::writeAccess, PFile::shareNone, PFile::createAlways))
-        return 5;
+        return resultNotWritten;
     const unsigned int n = numColors();
     const unsigned short paletteBytes = static_cast<unsigned short>(n * 4);
 
@@ -413,12 +413,12 @@ int GImage::write(PString const &fileName)
     putLE32(fileHeader + 2, recorded);
     putLE32(fileHeader + 10, header->biSize + 14 + paletteBytes);
     if (!writeAll(file, fileHeader, sizeof fileHeader) || !writeAll(file, header, sizeof(BITMAPINFOHEADER)))
-        return 5;
+        return resultNotWritten;
 
     if (paletteBytes) {
         DibInfoBlock block(dibPicture());
         if (!block.get() || !writeAll(file, block.table(), paletteBytes))
-            return 5;
+            return resultNotWritten;
     }
-    return writeAll(file, pixels, header->biSizeImage) ? 0 : 5;
+    return writeAll(file, pixels, header->biSizeImage) ? resultOk : resultNotWritten;
 }

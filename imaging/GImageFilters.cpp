@@ -236,3 +236,237 @@ int GImage::edgeDetector(int family, int direction1, int direction2, unsigned ch
         return int(capped(roundHalfAway(std::sqrt(a * a + b * b))));
     });
 }
+
+namespace {
+
+// The sort order of the rank filters: ascending by red plus green plus blue.
+int brightness(GColor const &color) { return color.getR() + color.getG() + color.getB(); }
+
+// Orders the first `count` colours by brightness, keeping the order of equals.
+void sortByBrightness(GColor *colors, unsigned int count)
+{
+    for (unsigned int i = 1; i < count; ++i) {
+        const GColor moving = colors[i];
+        const int key = brightness(moving);
+        unsigned int j = i;
+        for (; j > 0 && brightness(colors[j - 1]) > key; --j)
+            colors[j] = colors[j - 1];
+        colors[j] = moving;
+    }
+}
+
+// The extreme of a sorted window nearer to its mean, the mean taken in wrapping 8-bit sums.
+GColor nearerExtreme(GColor const *sorted, unsigned int count)
+{
+    unsigned char r = 0, g = 0, b = 0;
+    for (unsigned int i = 0; i < count; ++i) {
+        r = static_cast<unsigned char>(r + sorted[i].getR());
+        g = static_cast<unsigned char>(g + sorted[i].getG());
+        b = static_cast<unsigned char>(b + sorted[i].getB());
+    }
+    // Deliberate: the sums wrap at 256 before they are divided.
+    const int mr = r / count, mg = g / count, mb = b / count;
+    auto distance = [&](GColor const &c) {
+        return static_cast<unsigned short>(std::abs(mr - c.getR()) + std::abs(mg - c.getG()) + std::abs(mb - c.getB()));
+    };
+    GColor const &first = sorted[0], &last = sorted[count - 1];
+    return distance(first) < distance(last) ? first : last;
+}
+
+GColor rankChoice(int mode, GColor *window, unsigned int count)
+{
+    sortByBrightness(window, count);
+    switch (mode) {
+    case rankMedian: return window[count / 2];
+    case rankMinimum: return window[0];
+    case rankMaximum: return window[count - 1];
+    case rankNearerExtreme: return nearerExtreme(window, count);
+    default: return GColor();
+    }
+}
+
+} // namespace
+
+int GImage::NLFilter(int mode, unsigned char size)
+{
+    if (!header || !pixels || !holdsWholeRows())
+        return resultImpossible;
+    const unsigned int entries = static_cast<unsigned int>(size) * size;
+    // A window of no entries still has its first to choose.
+    const unsigned int count = entries ? entries : 1;
+    auto *copy = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage ? header->biSizeImage : 1));
+    GColor *window = new (std::nothrow) GColor[entries > windowEntries ? entries : windowEntries];
+    IndexCache *indices = new (std::nothrow) IndexCache(*this);
+    if (!copy || !window || !indices) {
+        PGlobalFree(copy);
+        delete[] window;
+        delete indices;
+        return resultNoMemory;
+    }
+    std::memcpy(copy, pixels, header->biSizeImage);
+
+    const GImageRows rows(pixels, *header);
+    const GImageRows out(copy, *header);
+    const int kind = getImageType();
+    const unsigned long bytes = rows.bytesPerPixel();
+    const unsigned long channels = bytes < 3 ? bytes : 3;
+    const unsigned long half = size >> 1;
+    const bool inside = half >= 1 && (kind == trueColour ? bytes >= 3 : bytes == 1);
+
+    for (unsigned long r = half; r + half < rows.count(); ++r) {
+        unsigned char *to = out.row(r) + half * bytes;
+        for (unsigned long c = half; c + half < rows.columns(); ++c, to += bytes) {
+            if (inside) {
+                GColor *w = window;
+                for (unsigned long dr = 0; dr < windowSide; ++dr) {
+                    unsigned char const *at = rows.row(r - 1 + dr) + (c - 1) * bytes;
+                    for (unsigned long dc = 0; dc < windowSide; ++dc, at += bytes)
+                        *w++ = kind == trueColour ? GColor(at[0], at[1], at[2]) : entry(*at);
+                }
+            } else {
+                getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c), windowSide, kind, window);
+            }
+            const GColor choice = rankChoice(mode, window, count);
+            if (kind != trueColour) {
+                to[0] = (*indices)(choice.getR(), choice.getG(), choice.getB());
+            } else {
+                const unsigned char rgb[3] = {choice.getR(), choice.getG(), choice.getB()};
+                std::memcpy(to, rgb, channels);
+            }
+        }
+    }
+    PGlobalFree(pixels);
+    pixels = copy;
+    delete[] window;
+    delete indices;
+    modified = 1;
+    return resultOk;
+}
+
+namespace {
+
+const unsigned int jitterTableSize = 1024;
+
+// Noise tables, drawn from the runtime's unseeded rand on every call.
+struct JitterTables {
+    int offsets[jitterTableSize];
+    double randomX[jitterTableSize];
+    double randomY[jitterTableSize];
+
+    void fill()
+    {
+        for (double &x : randomX)
+            x = (std::rand() % 1024) * 0.0009765625;
+        for (double &y : randomY)
+            y = (std::rand() % 1024) * 0.0009765625;
+        for (int &offset : offsets)
+            offset = static_cast<int>((std::rand() % 1024) * 0.0009765625 * 1024.0);
+    }
+};
+
+// The quantiser of one channel. Every table value is below 1, so the noise, a truncated
+// table value, is 0 at every position and the result depends on the channel alone.
+unsigned char jittered(unsigned int c, unsigned int amount)
+{
+    if (amount == 0)
+        return static_cast<unsigned char>(c & 0xF8);
+    if (c >= 248)
+        return static_cast<unsigned char>(c);
+    const int noiseX = 0, noiseY = 0;
+    if (static_cast<int>(c % 8) <= static_cast<int>(noiseX * 9.0))
+        c += 8;
+    const int t = (static_cast<int>(noiseY * (2.0 * amount) + 0.5) - static_cast<int>(amount)) * 8 + static_cast<int>(c);
+    if (t >= 0 && t <= 255)
+        c = static_cast<unsigned int>(t);
+    return static_cast<unsigned char>(c & 0xF8);
+}
+
+} // namespace
+
+int GImage::jitter(unsigned char amount)
+{
+    if (!header || !pixels || !holdsWholeRows())
+        return resultImpossible;
+    auto *tables = static_cast<JitterTables *>(PGlobalAlloc(sizeof(JitterTables)));
+    if (!tables)
+        return resultNoMemory;
+    tables->fill();
+    PGlobalFree(tables);
+
+    unsigned char channel[256];
+    for (unsigned int v = 0; v < 256; ++v)
+        channel[v] = jittered(v, amount);
+    const int kind = getImageType();
+    const GImageRows rows(pixels, *header);
+    const unsigned long bytes = rows.bytesPerPixel();
+    if (kind == trueColour) {
+        const unsigned long channels = bytes < 3 ? bytes : 3;
+        rows.forEachPixel([&](unsigned char *p) {
+            for (unsigned long k = 0; k < channels; ++k)
+                p[k] = channel[p[k]];
+        });
+    } else {
+        // A palette picture's result depends on its index alone.
+        unsigned char mapped[256];
+        for (unsigned int i = 0; i < 256; ++i) {
+            GColor const &e = entry(i);
+            const unsigned char r = channel[e.getR()];
+            mapped[i] = kind == greyPalette ? getIndex(GColor(r, r, r))
+                                            : getIndex(GColor(r, channel[e.getG()], channel[e.getB()]));
+        }
+        rows.forEachPixel([&](unsigned char *p) { p[0] = mapped[p[0]]; });
+    }
+    modified = 1;
+    return resultOk;
+}
+
+int GImage::mosaic(unsigned short blockSize)
+{
+    if (!header || !pixels || !holdsWholeRows())
+        return resultImpossible;
+    const unsigned long side = blockSize < 2 ? 2 : blockSize > 63 ? 63 : blockSize;
+    const double area = static_cast<double>(side * side);
+    const int kind = getImageType();
+    const GImageRows rows(pixels, *header);
+    const unsigned long bytes = rows.bytesPerPixel();
+    const unsigned long channels = kind == trueColour ? (bytes < 3 ? bytes : 3) : 0;
+    IndexCache *indices = new (std::nothrow) IndexCache(*this);
+    if (!indices)
+        return resultNoMemory;
+
+    for (unsigned long top = 0; top + side <= rows.count(); top += side) {
+        for (unsigned long left = 0; left + side <= rows.columns(); left += side) {
+            unsigned long sums[3] = {0, 0, 0};
+            for (unsigned long r = top; r < top + side; ++r) {
+                unsigned char const *at = rows.row(r) + left * bytes;
+                for (unsigned long c = 0; c < side; ++c, at += bytes) {
+                    if (kind == trueColour) {
+                        for (unsigned long k = 0; k < channels; ++k)
+                            sums[k] += at[k];
+                    } else {
+                        GColor const &e = entry(*at);
+                        sums[0] += e.getR();
+                        sums[1] += e.getG();
+                        sums[2] += e.getB();
+                    }
+                }
+            }
+            unsigned char means[3];
+            for (int k = 0; k < 3; ++k)
+                means[k] = capped(roundHalfAway(sums[k] / area));
+            if (kind == greyPalette)
+                means[0] = (*indices)(means[0], means[0], means[0]);
+            else if (kind == colourPalette)
+                means[0] = (*indices)(means[0], means[1], means[2]);
+            const unsigned long written = kind == trueColour ? channels : 1;
+            for (unsigned long r = top; r < top + side; ++r) {
+                unsigned char *at = rows.row(r) + left * bytes;
+                for (unsigned long c = 0; c < side; ++c, at += bytes)
+                    std::memcpy(at, means, written);
+            }
+        }
+    }
+    delete indices;
+    modified = 1;
+    return resultOk;
+}

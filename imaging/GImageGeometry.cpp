@@ -92,10 +92,9 @@ int GImage::rotate(float degrees, GColor const &background, int interpolate)
         return resultOk;
     }
 
-    // Deliberate: true colour, too, takes its background through the palette; a picture with no
-    // palette to look in keeps the colour as given.
+    // Deliberate: true colour, too, takes its background from the palette, at the index found.
     const unsigned char backgroundIndex = getIndex(background);
-    const GColor backgroundColor = colorTable.entryCount > 0 ? entry(backgroundIndex) : background;
+    const GColor backgroundColor = entry(backgroundIndex);
 
     // Whole turns come off by subtraction, which is exact where the angle's float can hold the
     // steps; fmod gives the same value and ends for any size of angle.
@@ -184,9 +183,11 @@ int GImage::scale(float xFactor, float yFactor, int interpolate)
 
     const float wide = static_cast<float>(header->biWidth) * xFactor;
     const float high = static_cast<float>(header->biHeight) * yFactor;
-    // The new sides keep their low 16 bits.
-    const unsigned short newWidth = static_cast<unsigned short>(wide < 4294967296.0f ? static_cast<unsigned long>(wide) : 0);
-    const unsigned short newHeight = static_cast<unsigned short>(high < 4294967296.0f ? static_cast<unsigned long>(high) : 0);
+    // The new sides keep their low 16 bits; a float past 64 bits has none left.
+    auto lowBits = [](float side) {
+        return static_cast<unsigned short>(side < 18446744073709551616.0f ? static_cast<unsigned long long>(side) : 0);
+    };
+    const unsigned short newWidth = lowBits(wide), newHeight = lowBits(high);
     const unsigned long stride = dibStride(newWidth, header->biBitCount);
     unsigned char *scaled = newRows(stride, newHeight);
     if (!scaled)

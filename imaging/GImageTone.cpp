@@ -398,12 +398,12 @@ unsigned long *GImage::buildIntegrate(unsigned long const *histogram)
 int GImage::histEqua()
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     if (getImageType() != 0)
         grayScale(0);
     unsigned long *histogram = buildHistogram();
     if (!histogram)
-        return 3;
+        return resultNoMemory;
     DibGlobalBlock histogramBlock(histogram);
     const unsigned int n = toneLevels();
 
@@ -437,7 +437,7 @@ int GImage::histEqua()
     }
     fillPixels(mapped.map);
     modified = 1;
-    return 0;
+    return resultOk;
 }
 
 unsigned long *GImage::buildGreyIntegrate()
@@ -455,23 +455,23 @@ unsigned long *GImage::buildGreyIntegrate()
 int GImage::histFlatten()
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
-        return 3;
+        return resultNoMemory;
     DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
     const double area = static_cast<double>(static_cast<unsigned long>(header->biWidth) *
                                             static_cast<unsigned long>(header->biHeight));
     if (area == 0)
-        return 7;
+        return resultImpossible;
     LevelTable mapped(n);
     for (unsigned int i = 0; i < mapped.count; ++i)
         mapped.map[i] = lowerOf(roundHalfAway(integrate[i] / area * n), n - 1);
     // Deliberate: bytes 1 and 2 take the table of byte 0 as already mapped, so they are mapped twice.
     mapPixels(mapped.map);
     modified = 1;
-    return 0;
+    return resultOk;
 }
 
 void GImage::histStretch(unsigned char low, unsigned char high)
@@ -507,10 +507,10 @@ void GImage::histStretch(unsigned char low, unsigned char high)
 int GImage::histTreeEqua(unsigned char depth)
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
-        return 3;
+        return resultNoMemory;
     DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
 
@@ -518,12 +518,12 @@ int GImage::histTreeEqua(unsigned char depth)
     HistTreeBuilder builder(tree);
     tree.root = builder.buildNode(nullptr, 0, static_cast<unsigned char>(n - 1), 0);
     if (!tree.root || builder.hasFailed())
-        return 3;
+        return resultNoMemory;
     unsigned char table[256];
     for (unsigned int v = 0; v < 256; ++v)
         table[v] = builder.mapValue(v);
     // Deliberate: as in histFlatten, bytes 1 and 2 are mapped twice.
     mapPixels(table);
     modified = 1;
-    return 0;
+    return resultOk;
 }
