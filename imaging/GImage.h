@@ -104,6 +104,9 @@ public:
     // Replaces square blocks of 2 to 63 pixels by their mean.
     int mosaic(unsigned short blockSize);
 
+    // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
+    int thinning(GColor const &background);
+
 protected:
     // The start of a pixel in stored rows; no range check.
     unsigned char *pixelAddr(unsigned short row, unsigned short column);
