@@ -7,3 +7,5 @@ list(APPEND TESKWIN_SOURCES graphics/GDeviceRaster.cpp)
 teskwin_classes(graphics GDevicePolyline GPolygonClip)
 teskwin_headers(graphics ForceLine)
 list(APPEND TESKWIN_SOURCES graphics/GDeviceVector.cpp)
+# The bitmap format shared by the device, the image and the .bmp reader; internal, not in TeskWin.h.
+teskwin_classes(graphics DibFormat)

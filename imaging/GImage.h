@@ -19,9 +19,13 @@
 #include "graphics/GPalette.h"
 
 struct tagBITMAPINFOHEADER;
+struct DibPicture;
 
 class TESKWIN_API GImage {
 public:
+    // Results of the image operations.
+    enum Result { resultOk = 0, resultNoMemory = 3, resultNotWritten = 5, resultImpossible = 7 };
+
     GImage();
     // A zero-filled image; numColors 2, 16 and 256 give 1, 4 and 8 bits, any other value 0 bits.
     GImage(unsigned long width, unsigned long height, unsigned short numColors);
@@ -42,6 +46,9 @@ public:
     // Washes colours out by `amount` of saturation; a palette can be restored afterwards.
     virtual void adjustBrightness(double amount);
     virtual void restoreBrightness();
+    // Turns the picture counter-clockwise by degrees, filling the uncovered corners with the
+    // background; within half a degree of a right angle the rows are transposed instead.
+    virtual int rotate(float degrees, GColor const &background, int interpolate);
 
     unsigned short getWidth() const;
     unsigned short getHeight() const;
@@ -68,6 +75,8 @@ public:
     // A platform bitmap of the picture; the argument is not used.
     GBitmap makeBitmap(GPalette const *unused);
     operator GBitmap();
+    // Header, rows and palette as the platform's DIB transfers take them.
+    DibPicture dibPicture();
 
     // Tone. Modes of grayScale: 0 mean, 1 weighted, 2 largest channel.
     void grayScale(int mode);
@@ -78,8 +87,25 @@ public:
     void histStretch(unsigned char low, unsigned char high);
     int histTreeEqua(unsigned char depth);
 
-    // The device hands the rows and header to the platform's DIB transfers.
-    friend class GDevice;
+    // Geometry: nearest-below resampling to width times xFactor by height times yFactor.
+    int scale(float xFactor, float yFactor, int interpolate);
+
+    // Neighbourhood filters over 3 by 3 windows; border pixels keep their values.
+    // Rank filters, modes: 4 median, 5 darkest, 6 brightest, 7 extreme nearer the mean.
+    int NLFilter(int mode, unsigned char size);
+    // Convolution, modes 8 to 16; any other mode sets each filtered value to size.
+    int LFilter(int mode, unsigned char size);
+    // Directional kernels: families 0, 1 and 2 (3 the same), directions 0 to 7.
+    int edgeEnhance(int family, int direction, unsigned char size);
+    // The magnitude of two directional responses.
+    int edgeDetector(int family, int direction1, int direction2, unsigned char size);
+    // Quantises every channel to a multiple of 8, with an offset of 8 times amount.
+    int jitter(unsigned char amount);
+    // Replaces square blocks of 2 to 63 pixels by their mean.
+    int mosaic(unsigned short blockSize);
+
+    // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
+    int thinning(GColor const &background);
 
 protected:
     // The start of a pixel in stored rows; no range check.
@@ -110,6 +136,16 @@ protected:
 
 private:
     void copyPicture(GImage const &other);
+    // Whether the buffer holds every row the header describes, so that any of them may be read.
+    bool holdsWholeRows() const;
+    // Makes a new buffer of width by height pixels at this bit count the picture; frees the old one.
+    void replacePixels(unsigned char *newPixels, unsigned long width, unsigned long height);
+    // The frame of the convolution filters: each inner position of each plane gets
+    // f(window, entries) of its 3 by 3 neighbourhood, written into a copy of the picture.
+    template <class F>
+    int filterPlanes(unsigned char size, F const &f);
+    // The palette index of a colour, remembered for the colours seen before.
+    class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.
     unsigned long *buildGreyIntegrate();
     // Palette entry i, read in place; black past the colours the palette holds.

@@ -31,7 +31,18 @@ public:
     }
     ~BenchImage() override { PGlobalFree(pristine); }
 
-    void reset() { std::memcpy(pixels, pristine, header->biSizeImage); }
+    // Back to the first picture, also after an operation that changed its size.
+    void reset()
+    {
+        const DWORD size = static_cast<DWORD>(theSide * theSide * header->biBitCount / 8);
+        if (header->biWidth != theSide || header->biHeight != theSide) {
+            PGlobalFree(pixels);
+            pixels = static_cast<unsigned char *>(PGlobalAlloc(size));
+            header->biWidth = header->biHeight = theSide;
+            header->biSizeImage = size;
+        }
+        std::memcpy(pixels, pristine, size);
+    }
 
     using GImage::buildHistogram;
     using GImage::getSubset;
@@ -130,6 +141,19 @@ int main()
     whole("histFlatten", [](BenchImage &image) { image.histFlatten(); });
     whole("histStretch(20, 200)", [](BenchImage &image) { image.histStretch(20, 200); });
     whole("histTreeEqua(4)", [](BenchImage &image) { image.histTreeEqua(4); });
+    whole("rotate(90)", [](BenchImage &image) { image.rotate(90.0f, GColor(), 0); });
+    whole("rotate(30), same as interpolated", [](BenchImage &image) { image.rotate(30.0f, GColor(), 1); });
+    // Rates of the resampling operations count the pixels written.
+    both("scale(0.5, 0.5)", [](BenchImage &image) { image.scale(0.5f, 0.5f, 1); }, theMegapixels / 4);
+    both("scale(2, 2)", [](BenchImage &image) { image.scale(2.0f, 2.0f, 1); }, theMegapixels * 4);
+    whole("NLFilter(4, 3) median", [](BenchImage &image) { image.NLFilter(4, 3); });
+    whole("NLFilter(5, 3) minimum", [](BenchImage &image) { image.NLFilter(5, 3); });
+    whole("LFilter(12, 3)", [](BenchImage &image) { image.LFilter(12, 3); });
+    whole("LFilter(13, 3)", [](BenchImage &image) { image.LFilter(13, 3); });
+    whole("edgeEnhance(2, 3, 3)", [](BenchImage &image) { image.edgeEnhance(2, 3, 3); });
+    whole("edgeDetector(2, 1, 3, 3)", [](BenchImage &image) { image.edgeDetector(2, 1, 3, 3); });
+    whole("jitter(1)", [](BenchImage &image) { image.jitter(1); });
+    whole("mosaic(8)", [](BenchImage &image) { image.mosaic(8); });
     whole("write .bmp", [&name](BenchImage &image) { image.write(PString(name)); });
     // The 8-bit file that "write .bmp" left is read back.
     GDiBitmap loaded;
