@@ -8,7 +8,8 @@
 
 namespace {
 
-KeyedTestApp theApp;
+// Each test makes its own application: one that lived from load on would stay the process's
+// console application for the other tests of this program.
 
 // Reaches the steps that the window drives.
 class SteppedScroller : public PScroller {
@@ -24,9 +25,9 @@ public:
     int autoSteps = 0;
 };
 
-PaintedWindow *scrolledWindow(PScroller &scroller, int x = 20, int y = 20)
+PaintedWindow *scrolledWindow(PAppInterface *app, PScroller &scroller, int x = 20, int y = 20)
 {
-    PaintedWindow *window = new PaintedWindow(&theApp, 160, 140);
+    PaintedWindow *window = new PaintedWindow(app, 160, 140);
     window->setLocation(x, y);
     EXPECT_NE(0, window->registerWindow());
     window->setScroller(&scroller);
@@ -47,8 +48,9 @@ void scrollMessage(HWND window, UINT message, WORD code, WORD thumb = 0)
 TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
 {
     ExpectNoLeaks leaks;
+    KeyedTestApp app;
     PScroller scroller(1, 1, 400, 400);
-    PaintedWindow *window = scrolledWindow(scroller);
+    PaintedWindow *window = scrolledWindow(&app, scroller);
     window->updateWindow();
     ASSERT_EQ(probeRed, pixelAt(*window, 15, 26));
 
@@ -71,8 +73,9 @@ TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
 
 TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
 {
+    KeyedTestApp app;
     PScroller scroller(3, 3, 200, 200);
-    PaintedWindow *window = scrolledWindow(scroller);
+    PaintedWindow *window = scrolledWindow(&app, scroller);
     RECT client;
     GetClientRect(*window, &client);
     // The page is the client area in range units, unrounded; the greatest position leaves
@@ -110,6 +113,7 @@ TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
 
 TEST(PScroller, NothingMovesWithoutAWindowOrABar)
 {
+    KeyedTestApp app;
     PScroller alone;
     alone.setUnits(0, -5);
     EXPECT_EQ(1, alone.getUnit().xVal());
@@ -125,7 +129,7 @@ TEST(PScroller, NothingMovesWithoutAWindowOrABar)
     EXPECT_EQ(7, alone.yScrollValue(7.9f));
 
     PScroller barless(1, 1, 1000, 1000);
-    PaintedWindow *window = scrolledWindow(barless);
+    PaintedWindow *window = scrolledWindow(&app, barless);
     barless.hideBoth();
     barless.scrollTo(50, 50);
     EXPECT_EQ(0, barless.getOrg().yVal());
@@ -141,9 +145,10 @@ TEST(PScroller, NothingMovesWithoutAWindowOrABar)
 
 TEST(PScroller, ScrollBarMessagesStepTheView)
 {
+    KeyedTestApp app;
     PScroller scroller(1, 2, 1000, 1000);
     scroller.setLines(3, 7);
-    PaintedWindow *window = scrolledWindow(scroller);
+    PaintedWindow *window = scrolledWindow(&app, scroller);
     const long page = static_cast<long>(scroller.getPage().yVal() * 2);
 
     scrollMessage(*window, WM_VSCROLL, SB_LINEDOWN);
@@ -180,9 +185,10 @@ TEST(PScroller, ScrollBarMessagesStepTheView)
 
 TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
 {
+    KeyedTestApp app;
     SteppedScroller scroller(1, 1, 10000, 10000);
     scroller.setLines(5, 5);
-    PaintedWindow *window = scrolledWindow(scroller, 300, 600);
+    PaintedWindow *window = scrolledWindow(&app, scroller, 300, 600);
     scroller.setPageSize(100, 100);
     scroller.scrollTo(1000, 1000);
     const GPoint origin = window->clientToScreen(GPoint(0, 0));
@@ -208,8 +214,9 @@ TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
 
 TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
 {
+    KeyedTestApp app;
     SteppedScroller scroller(1, 1, 1000, 1000);
-    PaintedWindow *window = scrolledWindow(scroller);
+    PaintedWindow *window = scrolledWindow(&app, scroller);
     pumpMessages();
     PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 3, 0);
     PostMessageA(*window, WM_LBUTTONUP, 0, 0);
@@ -232,8 +239,9 @@ TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
 
 TEST(PScroller, TheClipAreaBoundsTheMovedPixels)
 {
+    KeyedTestApp app;
     SteppedScroller scroller(1, 1, 400, 400);
-    PaintedWindow *window = scrolledWindow(scroller);
+    PaintedWindow *window = scrolledWindow(&app, scroller);
     window->updateWindow();
     ASSERT_EQ(probeRed, pixelAt(*window, 25, 25));
 
