@@ -1,14 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "graphics/LeakCheck.h"
-#include "widgets/TestApp.h"
+#include "support/ReadBack.h"
+#include "support/TestApplication.h"
 #include "windows/WindowProbes.h"
 
 #include <string>
 
 namespace {
 
-KeyedTestApp theApp;
+TestApplication theApp;
 
 PaintedWindow *createdPaintedWindow(int width = 120, int height = 90)
 {

@@ -3,7 +3,7 @@
 
 #include "TeskWin.h"
 #include "graphics/DeviceProbes.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "TeskWin.h"
 #include "graphics/DeviceProbes.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 
 namespace {
 

@@ -37,7 +37,7 @@ public:
     PString getCommandLine() const override { return PString(); }
     int getShowCommand() const override { return SW_SHOWNORMAL; }
     PString getProgramPath() const override { return PString(); }
-    PString getAppName() const override { return PString("Test application"); }
+    PString getAppName() const override { return appName; }
     PString getCompanyName() const override { return PString(); }
     PString getVersion() const override { return PString("1.0"); }
     PString getHelpFile() const override { return PString(); }
@@ -58,6 +58,8 @@ public:
 
     // Replaces the resource module the application reports, e.g. with (HINSTANCE)-1.
     HINSTANCE resourceModule = nullptr;
+    // The name frames put in their captions.
+    PString appName = PString("Test application");
     PWindowObject *mainWindow = nullptr;
     PAccel *accelerators = nullptr;
     int exitAllowed = 1;

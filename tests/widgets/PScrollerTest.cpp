@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "graphics/LeakCheck.h"
-#include "widgets/TestApp.h"
+#include "support/ReadBack.h"
+#include "support/TestApplication.h"
 #include "windows/WindowProbes.h"
 
 #include <cmath>
@@ -48,7 +48,7 @@ void scrollMessage(HWND window, UINT message, WORD code, WORD thumb = 0)
 TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
 {
     ExpectNoLeaks leaks;
-    KeyedTestApp app;
+    TestApplication app;
     PScroller scroller(1, 1, 400, 400);
     PaintedWindow *window = scrolledWindow(&app, scroller);
     window->updateWindow();
@@ -73,7 +73,7 @@ TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
 
 TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
 {
-    KeyedTestApp app;
+    TestApplication app;
     PScroller scroller(3, 3, 200, 200);
     PaintedWindow *window = scrolledWindow(&app, scroller);
     RECT client;
@@ -113,7 +113,7 @@ TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
 
 TEST(PScroller, NothingMovesWithoutAWindowOrABar)
 {
-    KeyedTestApp app;
+    TestApplication app;
     PScroller alone;
     alone.setUnits(0, -5);
     EXPECT_EQ(1, alone.getUnit().xVal());
@@ -145,7 +145,7 @@ TEST(PScroller, NothingMovesWithoutAWindowOrABar)
 
 TEST(PScroller, ScrollBarMessagesStepTheView)
 {
-    KeyedTestApp app;
+    TestApplication app;
     PScroller scroller(1, 2, 1000, 1000);
     scroller.setLines(3, 7);
     PaintedWindow *window = scrolledWindow(&app, scroller);
@@ -185,7 +185,7 @@ TEST(PScroller, ScrollBarMessagesStepTheView)
 
 TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
 {
-    KeyedTestApp app;
+    TestApplication app;
     SteppedScroller scroller(1, 1, 10000, 10000);
     scroller.setLines(5, 5);
     PaintedWindow *window = scrolledWindow(&app, scroller, 300, 600);
@@ -214,7 +214,7 @@ TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
 
 TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
 {
-    KeyedTestApp app;
+    TestApplication app;
     SteppedScroller scroller(1, 1, 1000, 1000);
     PaintedWindow *window = scrolledWindow(&app, scroller);
     pumpMessages();
@@ -239,7 +239,7 @@ TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
 
 TEST(PScroller, TheClipAreaBoundsTheMovedPixels)
 {
-    KeyedTestApp app;
+    TestApplication app;
     SteppedScroller scroller(1, 1, 400, 400);
     PaintedWindow *window = scrolledWindow(&app, scroller);
     window->updateWindow();

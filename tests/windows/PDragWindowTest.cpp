@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/TestApplication.h"
 #include "windows/WindowProbes.h"
 
 #include <shellapi.h>
@@ -13,7 +13,7 @@
 
 namespace {
 
-KeyedTestApp theApp;
+TestApplication theApp;
 
 int finishedDrops = 0;
 

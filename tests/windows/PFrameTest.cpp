@@ -1,17 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "graphics/LeakCheck.h"
-#include "widgets/TestApp.h"
+#include "support/ReadBack.h"
+#include "support/TestApplication.h"
 #include "windows/WindowProbes.h"
 
 namespace {
 
-KeyedTestApp theApp;
-
-class CorvantisApp : public KeyedTestApp {
-public:
-    PString getAppName() const override { return PString("Corvantis"); }
-};
+TestApplication theApp;
 
 class TestFrame : public PFrame {
 public:
@@ -255,7 +250,8 @@ TEST(PFrame, ClosingChildrenHeedsRefusalsOnlyForOneApplication)
     ASSERT_EQ(1u, frame->getMDIChildren().length());
     EXPECT_EQ(refusing, frame->getMDIChildren()(0));
 
-    CorvantisApp corvantis;
+    TestApplication corvantis;
+    corvantis.appName = PString("Corvantis");
     setApplication(&corvantis);
     EXPECT_EQ(0, frame->closeChildren());
     setApplication(nullptr);
