@@ -4,10 +4,11 @@
 //                  mapping mode and its reduced form; abstract in getDeviceArea
 //   tagDeviceType  what TECHNOLOGY reports
 //   GDeviceCaps    read-only view of a device's capabilities
+//   RegionMode     how a path combines with the clip region
+//   DrawTextStyle  the library's own style bits of drawText
 //
 // Raster drawing (bitmaps, device bits, metafiles, embedded objects, transfers between
-// devices) is defined in GDeviceRaster.cpp, vector drawing (lines, shapes, fills, vertex lists,
-// text and paths) in GDeviceVector.cpp.
+// devices) is defined in GDeviceRaster.cpp.
 //
 // The device never obtains a handle itself: a derived class stores dc and, if the platform
 // state should come back at the end, calls initObjects. Without a handle, selection does
@@ -135,41 +136,7 @@ public:
     // Drives out drawing the platform has batched, by selecting brushes.
     void flush() const;
 
-    // Raster drawing. Logical targets become a device position at their translated left and
-    // top and a size of the absolute translated extents; source rectangles are in pixels.
-    // The bitmap at a logical point, pixel for pixel; the bitmap keeps the device position.
-    void draw(GBitmap &bitmap, GPoint const &pos, int rop);
-    // The image's rows at a logical point through its own palette; leaves the background
-    // mode transparent.
-    void draw(GImage &image, GPoint const &pos);
-    // StretchDIBits's result; -1 without a handle. Source rows count from the bottom.
-    int zoomImage(GImage &image, GRect source, GRect target, int rop);
-    // StretchBlt's result; -1 without a handle, 0 when no memory device could be made.
-    int stretchImage(GBitmap &bitmap, GRect const &source, GRect const &target, int rop);
-    // The same from another device; 0 when that one has no handle.
-    int stretchImage(GDevice &device, GRect const &source, GRect const &target, int rop);
-    // A copy with SRCCOPY; the image is not used.
-    int stretchImage(GImage &image, GBitmap &bitmap, GRect const &source, GRect const &target);
-    // The rectangle in device units, untranslated.
-    void patternBlt(GRect const &rect, unsigned long rop);
-    // from goes through the source device's own translation.
-    void bitBlt(GRect const &target, GDevice &source, GPoint const &from, int rop);
-    // The source's whole area at to, leaving out the transparent colour; the third argument is
-    // not used.
-    void transBlt(GPoint const &to, GDevice &source, GPoint const &unused, GColor const &transparent);
-    // Top-down device-independent rows at device (0, 0), or at a logical x, y.
-    void drawDIBits(void *bits, int width, int height, int planes, int bitCount);
-    void drawDIBitsEx(void *bits, int x, int y, int width, int height, int planes, int bitCount);
-    // Rows of the selected bitmap, top-down; lines copied, 0 on a refused argument.
-    int getDIBits(void *bits, int width, int height, int planes, int bitCount);
-    // Keeps the metafile's shape inside rect (device units); 0, or GetLastError.
-    int drawEnhMetafile(HENHMETAFILE handle, GRect const &rect);
-    // IViewObject::Draw into a logical rectangle; E_POINTER for a null object.
-    long draw(IViewObject *object, tagFORMATETC *format, GRect &rect);
-    // Height first. A bitmap compatible with this device, owned by the result.
-    GBitmap createCompatibleBitmap(int height, int width);
-
-    // ---- Vector drawing --------------------------------------------------------------------
+    // ---- Vector drawing, defined in GDeviceVector.cpp ------------------------------------
     // Points, rectangles and doubles are logical and go through newTranslateX/newTranslateY.
     // Vertex lists hold device integers and pass untouched; the boxes of the ...Boxed
     // operations are device units, untranslated. No handle is tested unless said.
@@ -245,6 +212,41 @@ public:
     int widenPath();
     int strokePath();
     int selectClipPath(enum RegionMode const &mode);
+    // ---- End of vector drawing ------------------------------------------------------------
+
+    // Raster drawing. Logical targets become a device position at their translated left and
+    // top and a size of the absolute translated extents; source rectangles are in pixels.
+    // The bitmap at a logical point, pixel for pixel; the bitmap keeps the device position.
+    void draw(GBitmap &bitmap, GPoint const &pos, int rop);
+    // The image's rows at a logical point through its own palette; leaves the background
+    // mode transparent.
+    void draw(GImage &image, GPoint const &pos);
+    // StretchDIBits's result; -1 without a handle. Source rows count from the bottom.
+    int zoomImage(GImage &image, GRect source, GRect target, int rop);
+    // StretchBlt's result; -1 without a handle, 0 when no memory device could be made.
+    int stretchImage(GBitmap &bitmap, GRect const &source, GRect const &target, int rop);
+    // The same from another device; 0 when that one has no handle.
+    int stretchImage(GDevice &device, GRect const &source, GRect const &target, int rop);
+    // A copy with SRCCOPY; the image is not used.
+    int stretchImage(GImage &image, GBitmap &bitmap, GRect const &source, GRect const &target);
+    // The rectangle in device units, untranslated.
+    void patternBlt(GRect const &rect, unsigned long rop);
+    // from goes through the source device's own translation.
+    void bitBlt(GRect const &target, GDevice &source, GPoint const &from, int rop);
+    // The source's whole area at to, leaving out the transparent colour; the third argument is
+    // not used.
+    void transBlt(GPoint const &to, GDevice &source, GPoint const &unused, GColor const &transparent);
+    // Top-down device-independent rows at device (0, 0), or at a logical x, y.
+    void drawDIBits(void *bits, int width, int height, int planes, int bitCount);
+    void drawDIBitsEx(void *bits, int x, int y, int width, int height, int planes, int bitCount);
+    // Rows of the selected bitmap, top-down; lines copied, 0 on a refused argument.
+    int getDIBits(void *bits, int width, int height, int planes, int bitCount);
+    // Keeps the metafile's shape inside rect (device units); 0, or GetLastError.
+    int drawEnhMetafile(HENHMETAFILE handle, GRect const &rect);
+    // IViewObject::Draw into a logical rectangle; E_POINTER for a null object.
+    long draw(IViewObject *object, tagFORMATETC *format, GRect &rect);
+    // Height first. A bitmap compatible with this device, owned by the result.
+    GBitmap createCompatibleBitmap(int height, int width);
 
 protected:
     HDC dc;
