@@ -49,6 +49,8 @@ public:
     // Turns the picture counter-clockwise by degrees, filling the uncovered corners with the
     // background; within half a degree of a right angle the rows are transposed instead.
     virtual int rotate(float degrees, GColor const &background, int interpolate);
+    // An adaptive palette of at most n colours from an octree; true colour becomes 8-bit.
+    virtual int octreeReduction(unsigned short n);
 
     unsigned short getWidth() const;
     unsigned short getHeight() const;
@@ -104,6 +106,9 @@ public:
     // Replaces square blocks of 2 to 63 pixels by their mean.
     int mosaic(unsigned short blockSize);
 
+    // Writes the foreground index where a 3 by 3 rule holds on the index bytes (modes 0 to 4,
+    // any other always); with useBackground 1 the background index elsewhere.
+    int morphology(int mode, GColor const &foreground, GColor const &background, int useBackground);
     // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
     int thinning(GColor const &background);
 

@@ -2,6 +2,6 @@ teskwin_classes(imaging GImage)
 teskwin_headers(imaging GImageRows)
 # GImage's tone operations, kept apart from the image model.
 list(APPEND TESKWIN_SOURCES imaging/GImageTone.cpp)
-# Its geometry and neighbourhood filters.
+# Its geometry, filters, morphology and colour reduction.
 list(APPEND TESKWIN_SOURCES imaging/GImageGeometry.cpp imaging/GImageFilters.cpp
-     imaging/GImageMorphology.cpp)
+     imaging/GImageMorphology.cpp imaging/GImageReduction.cpp)
