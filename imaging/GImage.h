@@ -106,6 +106,10 @@ public:
     // Replaces square blocks of 2 to 63 pixels by their mean.
     int mosaic(unsigned short blockSize);
 
+    // Fixed palettes of 16 and 8 colours chosen by tests on the channels; palette images only.
+    int PLUT16Reduction();
+    int PLUT8Reduction();
+
     // Writes the foreground index where a 3 by 3 rule holds on the index bytes (modes 0 to 4,
     // any other always); with useBackground 1 the background index elsewhere.
     int morphology(int mode, GColor const &foreground, GColor const &background, int useBackground);
@@ -149,6 +153,11 @@ private:
     // f(window, entries) of its 3 by 3 neighbourhood, written into a copy of the picture.
     template <class F>
     int filterPlanes(unsigned char size, F const &f);
+    // Gives the image a platform palette of its own, of at least `size` entries, the old ones
+    // kept: neither a stock palette nor one shared with a copy is rewritten. False without memory.
+    bool ownPalette(unsigned long size);
+    // Maps every index through indexOf of its entry, then sets the first `count` entries.
+    int reduceToFixedPalette(unsigned char (*indexOf)(GColor const &), GColor const *colours, unsigned short count);
     // The palette index of a colour, remembered for the colours seen before.
     class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.

@@ -168,6 +168,21 @@ private:
 
 } // namespace
 
+bool GImage::ownPalette(unsigned long size)
+{
+    if (static_cast<unsigned long>(colorTable.entryCount) > size)
+        size = colorTable.entryCount;
+    size = size > 0xFFFF ? 0xFFFF : size;
+    GColor *colours = new (std::nothrow) GColor[size ? size : 1];
+    if (!colours)
+        return false;
+    for (unsigned long i = 0; i < size; ++i)
+        colours[i] = entry(static_cast<unsigned int>(i));
+    colorTable = GPalette(static_cast<unsigned short>(size), colours);
+    delete[] colours;
+    return true;
+}
+
 int GImage::octreeReduction(unsigned short n)
 {
     if (!header || !pixels || !holdsWholeRows())
@@ -206,21 +221,12 @@ int GImage::octreeReduction(unsigned short n)
         return resultNoMemory;
     }
 
-    // The palette receives the colours. It gets a platform palette of its own, with room for
-    // them all, so that neither a stock palette nor one shared with a copy is rewritten.
-    unsigned long size = colorTable.entryCount > 0 ? static_cast<unsigned long>(colorTable.entryCount) : 0;
-    size = n > size ? n : size;
-    size = tree->colours() > size ? tree->colours() : size;
-    size = size > 0xFFFF ? 0xFFFF : size;
-    GColor *colours = new (std::nothrow) GColor[size ? size : 1];
-    if (!colours) {
+    // The palette receives the colours, so it must have room for them all.
+    const unsigned long colours = tree->colours();
+    if (!ownPalette(n > colours ? n : colours)) {
         delete tree;
         return resultNoMemory;
     }
-    for (unsigned long i = 0; i < size; ++i)
-        colours[i] = entry(static_cast<unsigned int>(i));
-    colorTable = GPalette(static_cast<unsigned short>(size), colours);
-    delete[] colours;
     tree->assignPalette(colorTable);
 
     if (trueColour) {
@@ -257,3 +263,64 @@ int GImage::octreeReduction(unsigned short n)
     modified = 1;
     return resultOk;
 }
+
+namespace {
+
+// Channels as fractions of 255.
+struct Unit {
+    explicit Unit(GColor const &c)
+        : r(c.getR() * 0.00392156862745098), g(c.getG() * 0.00392156862745098), b(c.getB() * 0.00392156862745098)
+    {
+    }
+    double r, g, b;
+};
+
+unsigned char plut16Index(GColor const &color)
+{
+    const Unit u(color);
+    return static_cast<unsigned char>((u.r + u.g + u.b > 1.5 ? 8 : 0) | ((u.b - u.r) + u.g > 0.5 ? 4 : 0) |
+                                      ((u.r - u.g) + u.b > 0.5 ? 2 : 0) | ((u.g + u.r) - u.b > 0.5 ? 1 : 0));
+}
+
+// Deliberate: red takes bit 1 and blue bit 4, against the table, so pure red and blue swap.
+unsigned char plut8Index(GColor const &color)
+{
+    const Unit u(color);
+    return static_cast<unsigned char>((u.r >= 0.5 ? 1 : 0) | (u.g >= 0.5 ? 2 : 0) | (u.b >= 0.5 ? 4 : 0));
+}
+
+const GColor plut16Palette[16] = {{0, 0, 0},       {127, 127, 0},   {127, 0, 127},   {255, 0, 0},
+                                  {0, 127, 127},   {0, 255, 0},     {0, 0, 255},     {127, 127, 127},
+                                  {127, 127, 127}, {255, 255, 0},   {255, 0, 255},   {255, 127, 127},
+                                  {0, 255, 255},   {127, 255, 127}, {127, 127, 255}, {255, 255, 255}};
+
+const GColor plut8Palette[8] = {{0, 0, 0},     {0, 0, 255},   {0, 255, 0},   {0, 255, 255},
+                                {255, 0, 0},   {255, 0, 255}, {255, 255, 0}, {255, 255, 255}};
+
+} // namespace
+
+int GImage::reduceToFixedPalette(unsigned char (*indexOf)(GColor const &), GColor const *colours,
+                                 unsigned short count)
+{
+    if (!header || !pixels || !holdsWholeRows())
+        return resultImpossible;
+    // Deliberate: true colour is refused with 3 and left as it is; the conversion is never made.
+    if (numColors() == 0)
+        return resultNoMemory;
+    unsigned char mapped[256];
+    for (unsigned int i = 0; i < 256; ++i)
+        mapped[i] = indexOf(entry(i));
+    if (!ownPalette(count))
+        return resultNoMemory;
+    GImageRows(pixels, *header).forEachPixel([&](unsigned char *p) { p[0] = mapped[p[0]]; });
+    for (unsigned short i = 0; i < count; ++i)
+        colorTable.setEntry(i, colours[i]);
+    header->biClrUsed = count;
+    header->biClrImportant = count;
+    modified = 1;
+    return resultOk;
+}
+
+int GImage::PLUT16Reduction() { return reduceToFixedPalette(plut16Index, plut16Palette, 16); }
+
+int GImage::PLUT8Reduction() { return reduceToFixedPalette(plut8Index, plut8Palette, 8); }

@@ -65,3 +65,42 @@ TEST(GImageReduction, ManyColoursFoldIntoFewAndHostileInputEnds)
     GImage noDepth(10, 10, 3);
     EXPECT_EQ(noDepth.octreeReduction(2), GImage::resultOk);
 }
+
+TEST(GImageReduction, FixedPalettesByChannelTests)
+{
+    const std::vector<GColor> colours = {{255, 0, 0},     {0, 255, 0}, {0, 0, 255}, {255, 255, 0},
+                                         {255, 255, 255}, {0, 0, 0},   {128, 0, 0}, {127, 0, 0}};
+    auto picture = [&] {
+        ProbeImage image(8, 1, colours);
+        for (int i = 0; i < 8; ++i)
+            *image.at(0, i) = static_cast<unsigned char>(i);
+        return image;
+    };
+    ProbeImage sixteen = picture();
+    EXPECT_EQ(sixteen.PLUT16Reduction(), GImage::resultOk);
+    EXPECT_EQ(storedRows(sixteen), (Rows{{3, 5, 6, 9, 15, 0, 3, 0}}));
+    EXPECT_EQ(sixteen.info().biClrUsed, 16u);
+    EXPECT_EQ(sixteen.numColors(), 16);
+    EXPECT_EQ(sixteen.palette()[1], GColor(127, 127, 0));
+    EXPECT_EQ(sixteen.palette()[11], GColor(255, 127, 127));
+    EXPECT_EQ(sixteen.isModified(), 1);
+
+    // Red takes bit 1, whose entry is blue.
+    ProbeImage eight = picture();
+    EXPECT_EQ(eight.PLUT8Reduction(), GImage::resultOk);
+    EXPECT_EQ(storedRows(eight), (Rows{{1, 2, 4, 3, 7, 0, 1, 0}}));
+    EXPECT_EQ(eight.info().biClrImportant, 8u);
+    EXPECT_EQ(eight.palette()[1], GColor(0, 0, 255));
+    EXPECT_EQ(eight.palette()[4], GColor(255, 0, 0));
+
+    ProbeImage colour = tripleImage({{255, 0, 0}});
+    EXPECT_EQ(colour.PLUT16Reduction(), GImage::resultNoMemory);
+    EXPECT_EQ(colour.PLUT8Reduction(), GImage::resultNoMemory);
+    EXPECT_EQ(colour.info().biBitCount, 24);
+    EXPECT_EQ(colour.isModified(), 0);
+    GImage empty;
+    EXPECT_EQ(empty.PLUT16Reduction(), GImage::resultImpossible);
+    EXPECT_EQ(empty.PLUT8Reduction(), GImage::resultImpossible);
+    GImage bits(9, 9, 2);
+    EXPECT_EQ(bits.PLUT8Reduction(), GImage::resultOk);
+}
