@@ -52,3 +52,4 @@
 #include "windows/PWindow.h"
 #include "graphics/GDiBitmap.h"
 #include "imaging/GImage.h"
+#include "imaging/PImgDithSquare.h"
