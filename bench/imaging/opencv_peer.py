@@ -1,9 +1,9 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """OpenCV's nearest equivalents of the image bench's operations, on one thread, on pictures of
 the same size and depths (4096 x 4096, 24-bit and 8-bit, random pixels), in megapixels per
 second, counted as the image bench counts them: source pixels, or written pixels for scaling.
 
-    python3 bench/imaging/opencv_peer.py
+    /usr/bin/python3 bench/imaging/opencv_peer.py      (Debian's python3-opencv)
 """
 import time
 
