@@ -63,3 +63,4 @@
 #include "graphics/GDiBitmap.h"
 #include "imaging/GImage.h"
 #include "contexts/PRectangle.h"
+#include "imaging/PImgDithSquare.h"

@@ -14,9 +14,11 @@
 #include "foundation/GColor.h"
 #include "foundation/GPoint.h"
 #include "foundation/PCoord.h"
+#include "foundation/PList.h"
 #include "foundation/PString.h"
 #include "graphics/GBitmap.h"
 #include "graphics/GPalette.h"
+#include "imaging/PImgDithSquare.h"
 
 struct tagBITMAPINFOHEADER;
 struct DibPicture;
@@ -49,6 +51,8 @@ public:
     // Turns the picture counter-clockwise by degrees, filling the uncovered corners with the
     // background; within half a degree of a right angle the rows are transposed instead.
     virtual int rotate(float degrees, GColor const &background, int interpolate);
+    // An adaptive palette of at most n colours from an octree; true colour becomes 8-bit.
+    virtual int octreeReduction(unsigned short n);
 
     unsigned short getWidth() const;
     unsigned short getHeight() const;
@@ -104,6 +108,22 @@ public:
     // Replaces square blocks of 2 to 63 pixels by their mean.
     int mosaic(unsigned short blockSize);
 
+    // Fixed palettes of 16 and 8 colours chosen by tests on the channels; palette images only.
+    int PLUT16Reduction();
+    int PLUT8Reduction();
+
+    // Line screens: rows of bars one cell apart whose thickness follows the tone, in output
+    // units of `scale` per pixel; angle 0 or 180 only. Bars are added to the lists.
+    void makeDitherSquares(unsigned short angle, unsigned short cell, float scale, int darkIsThick,
+                           PList<PImgDithSquare> &squares);
+    // Four screens, for the distance of red, blue and green below the strongest channel, and black.
+    void makeDitherSquares(unsigned short angle, unsigned short cell, float scale, int invertBlack,
+                           PList<PImgDithSquare> &list1, PList<PImgDithSquare> &list2, PList<PImgDithSquare> &list3,
+                           PList<PImgDithSquare> &list4);
+
+    // Writes the foreground index where a 3 by 3 rule holds on the index bytes (modes 0 to 4,
+    // any other always); with useBackground 1 the background index elsewhere.
+    int morphology(int mode, GColor const &foreground, GColor const &background, int useBackground);
     // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
     int thinning(GColor const &background);
 
@@ -144,6 +164,26 @@ private:
     // f(window, entries) of its 3 by 3 neighbourhood, written into a copy of the picture.
     template <class F>
     int filterPlanes(unsigned char size, F const &f);
+    // Gives the image a platform palette of its own, of at least `size` entries, the old ones
+    // kept: neither a stock palette nor one shared with a copy is rewritten. False without memory.
+    bool ownPalette(unsigned long size);
+    // Maps every index through indexOf of its entry, then sets the first `count` entries.
+    int reduceToFixedPalette(unsigned char (*indexOf)(GColor const &), GColor const *colours, unsigned short count);
+    // Area averages over stored rows from rowStart and columns from columnStart while below the
+    // ends, each byte taken as a palette index: the sum of red, green and blue, or one channel.
+    // 765 or 255 when no sample is taken, 0 for an empty image.
+    unsigned short getRGBAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                                 unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getRAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getGAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getBAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    template <class Channel>
+    unsigned short areaAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel, Channel channel,
+                               unsigned short none);
     // The palette index of a colour, remembered for the colours seen before.
     class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.

@@ -80,10 +80,15 @@ short const *edgeKernel(int family, int direction)
 // Entries past the kernel's nine weigh nothing.
 int convolve(unsigned char const *window, short const *kernel, unsigned int entries, int divisor)
 {
-    const unsigned int used = entries < windowEntries ? entries : windowEntries;
     int sum = 0;
-    for (unsigned int i = 0; i < used; ++i)
-        sum += window[i] * kernel[i];
+    if (entries >= windowEntries) {
+        // The usual case, a loop of known length.
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            sum += window[i] * kernel[i];
+    } else {
+        for (unsigned int i = 0; i < entries; ++i)
+            sum += window[i] * kernel[i];
+    }
     if (sum * divisor == 0)
         return 0;
     // Deliberate: negative responses fold to their magnitude rather than clip to 0.
@@ -171,13 +176,22 @@ int GImage::filterPlanes(unsigned char size, F const &f)
             int values[3] = {0, 0, 0};
             for (unsigned long p = 0; p < planes; ++p) {
                 if (inside) {
-                    const unsigned long plane = kind == trueColour ? p : 0;
-                    unsigned char const *lut = channel[kind == colourPalette ? p : 0];
                     unsigned char *w = window;
-                    for (unsigned long dr = 0; dr < windowSide; ++dr) {
-                        unsigned char const *at = rows.row(r - 1 + dr) + (c - 1) * bytes + plane;
-                        for (unsigned long dc = 0; dc < windowSide; ++dc, at += bytes)
-                            *w++ = kind == trueColour ? *at : lut[*at];
+                    if (kind == trueColour) {
+                        for (unsigned long dr = 0; dr < windowSide; ++dr, w += windowSide) {
+                            unsigned char const *at = rows.row(r - 1 + dr) + (c - 1) * bytes + p;
+                            w[0] = at[0];
+                            w[1] = at[bytes];
+                            w[2] = at[2 * bytes];
+                        }
+                    } else {
+                        unsigned char const *lut = channel[kind == colourPalette ? p : 0];
+                        for (unsigned long dr = 0; dr < windowSide; ++dr, w += windowSide) {
+                            unsigned char const *at = rows.row(r - 1 + dr) + c - 1;
+                            w[0] = lut[at[0]];
+                            w[1] = lut[at[1]];
+                            w[2] = lut[at[2]];
+                        }
                     }
                 } else {
                     getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c),
@@ -242,17 +256,21 @@ namespace {
 // The sort order of the rank filters: ascending by red plus green plus blue.
 int brightness(GColor const &color) { return color.getR() + color.getG() + color.getB(); }
 
-// Orders the first `count` colours by brightness, keeping the order of equals.
-void sortByBrightness(GColor *colors, unsigned int count)
+// Orders the first `count` colours by brightness, keeping the order of equals: keys and
+// positions packed in one word are sorted, then the colours are put in that order.
+void sortByBrightness(GColor *colors, unsigned int count, unsigned long *keys, GColor *sorted)
 {
-    for (unsigned int i = 1; i < count; ++i) {
-        const GColor moving = colors[i];
-        const int key = brightness(moving);
+    for (unsigned int i = 0; i < count; ++i) {
+        const unsigned long key = (static_cast<unsigned long>(brightness(colors[i])) << 16) | i;
         unsigned int j = i;
-        for (; j > 0 && brightness(colors[j - 1]) > key; --j)
-            colors[j] = colors[j - 1];
-        colors[j] = moving;
+        for (; j > 0 && keys[j - 1] > key; --j)
+            keys[j] = keys[j - 1];
+        keys[j] = key;
     }
+    for (unsigned int i = 0; i < count; ++i)
+        sorted[i] = colors[keys[i] & 0xFFFF];
+    for (unsigned int i = 0; i < count; ++i)
+        colors[i] = sorted[i];
 }
 
 // The extreme of a sorted window nearer to its mean, the mean taken in wrapping 8-bit sums.
@@ -273,9 +291,9 @@ GColor nearerExtreme(GColor const *sorted, unsigned int count)
     return distance(first) < distance(last) ? first : last;
 }
 
-GColor rankChoice(int mode, GColor *window, unsigned int count)
+GColor rankChoice(int mode, GColor *window, unsigned int count, unsigned long *keys, GColor *sorted)
 {
-    sortByBrightness(window, count);
+    sortByBrightness(window, count, keys, sorted);
     switch (mode) {
     case rankMedian: return window[count / 2];
     case rankMinimum: return window[0];
@@ -295,14 +313,19 @@ int GImage::NLFilter(int mode, unsigned char size)
     // A window of no entries still has its first to choose.
     const unsigned int count = entries ? entries : 1;
     auto *copy = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage ? header->biSizeImage : 1));
-    GColor *window = new (std::nothrow) GColor[entries > windowEntries ? entries : windowEntries];
+    const unsigned int held = entries > windowEntries ? entries : windowEntries;
+    GColor *window = new (std::nothrow) GColor[2 * held];
+    auto *keys = static_cast<unsigned long *>(PGlobalAlloc(held * sizeof(unsigned long)));
     IndexCache *indices = new (std::nothrow) IndexCache(*this);
-    if (!copy || !window || !indices) {
+    if (!copy || !window || !keys || !indices) {
         PGlobalFree(copy);
         delete[] window;
+        PGlobalFree(keys);
         delete indices;
         return resultNoMemory;
     }
+    // The second half of the block takes each sort's result.
+    GColor *sorted = window + held;
     std::memcpy(copy, pixels, header->biSizeImage);
 
     const GImageRows rows(pixels, *header);
@@ -326,7 +349,7 @@ int GImage::NLFilter(int mode, unsigned char size)
             } else {
                 getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c), windowSide, kind, window);
             }
-            const GColor choice = rankChoice(mode, window, count);
+            const GColor choice = rankChoice(mode, window, count, keys, sorted);
             if (kind != trueColour) {
                 to[0] = (*indices)(choice.getR(), choice.getG(), choice.getB());
             } else {
@@ -338,6 +361,7 @@ int GImage::NLFilter(int mode, unsigned char size)
     PGlobalFree(pixels);
     pixels = copy;
     delete[] window;
+    PGlobalFree(keys);
     delete indices;
     modified = 1;
     return resultOk;

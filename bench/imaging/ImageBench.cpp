@@ -22,6 +22,8 @@ public:
     {
         pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
         pristine = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
+        original = *header;
+        originalPalette = colorTable;
         unsigned long state = 7;
         for (unsigned long i = 0; i < header->biSizeImage; ++i) {
             state = state * 1664525u + 1013904223u;
@@ -31,17 +33,16 @@ public:
     }
     ~BenchImage() override { PGlobalFree(pristine); }
 
-    // Back to the first picture, also after an operation that changed its size.
+    // Back to the first picture, also after an operation that changed its size, depth or palette.
     void reset()
     {
-        const DWORD size = static_cast<DWORD>(theSide * theSide * header->biBitCount / 8);
-        if (header->biWidth != theSide || header->biHeight != theSide) {
+        if (std::memcmp(header, &original, sizeof original) != 0) {
             PGlobalFree(pixels);
-            pixels = static_cast<unsigned char *>(PGlobalAlloc(size));
-            header->biWidth = header->biHeight = theSide;
-            header->biSizeImage = size;
+            *header = original;
+            pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
         }
-        std::memcpy(pixels, pristine, size);
+        colorTable = originalPalette;
+        std::memcpy(pixels, pristine, header->biSizeImage);
     }
 
     using GImage::buildHistogram;
@@ -58,6 +59,8 @@ private:
     }
 
     unsigned char *pristine;
+    BITMAPINFOHEADER original;
+    GPalette originalPalette;
 };
 
 // Megapixels per second of one run of `body`, after restoring the image's pixels.
@@ -154,6 +157,15 @@ int main()
     whole("edgeDetector(2, 1, 3, 3)", [](BenchImage &image) { image.edgeDetector(2, 1, 3, 3); });
     whole("jitter(1)", [](BenchImage &image) { image.jitter(1); });
     whole("mosaic(8)", [](BenchImage &image) { image.mosaic(8); });
+    whole("octreeReduction(256)", [](BenchImage &image) { image.octreeReduction(256); });
+    whole("PLUT16Reduction (24-bit refused)", [](BenchImage &image) { image.PLUT16Reduction(); });
+    whole("morphology(0, ..., 1)", [](BenchImage &image) { image.morphology(0, GColor(), GColor(255, 255, 255), 1); });
+    whole("thinning (24-bit refused)", [](BenchImage &image) { image.thinning(GColor()); });
+    whole("makeDitherSquares, cell 8", [](BenchImage &image) {
+        PList<PImgDithSquare> squares;
+        image.makeDitherSquares(0, 8, 1.0f, 1, squares);
+        theSink = squares.length();
+    });
     whole("write .bmp", [&name](BenchImage &image) { image.write(PString(name)); });
     // The 8-bit file that "write .bmp" left is read back.
     GDiBitmap loaded;
