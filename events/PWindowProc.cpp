@@ -3,8 +3,12 @@
 #include "events/PAppInterface.h"
 #include "events/PEvent.h"
 #include "events/PWindowObject.h"
+// WM_PAINT hands each window a painter, which only the dispatch may make.
+#include "contexts/GPainter.h"
 #include "graphics/GDevice.h"
 #include "widgets/PSysColorManager.h"
+// WM_MDIACTIVATE keeps the active child of the frame, which only the dispatch may set.
+#include "windows/PFrame.h"
 #include "windows/PWindow.h"
 
 #include <commctrl.h>
@@ -28,6 +32,7 @@ private:
         destroyRoute,
         moveRoute,
         sizeRoute,
+        paintRoute,
         closeRoute,
         eraseRoute,
         broadcastRoute,
@@ -41,6 +46,7 @@ private:
         scrollRoute,
         mouseMoveRoute,
         mouseButtonRoute,
+        mdiActivateRoute,
         dropFilesRoute,
         routeCount
     };
@@ -63,6 +69,7 @@ private:
     static int destroy(PWindowObject &window, PEvent const &event);
     static int move(PWindowObject &window, PEvent const &event);
     static int size(PWindowObject &window, PEvent const &event);
+    static int paint(PWindowObject &window, PEvent const &event);
     static int close(PWindowObject &window, PEvent const &event);
     static int eraseBackground(PWindowObject &window, PEvent const &event);
     static int timer(PWindowObject &window, PEvent const &event);
@@ -76,6 +83,7 @@ private:
     static int scroll(PWindowObject &window, PEvent const &event);
     static int mouseMove(PWindowObject &window, PEvent const &event);
     static int mouseButton(PWindowObject &window, PEvent const &event);
+    static int mdiActivate(PWindowObject &window, PEvent const &event);
     static int dropFiles(PWindowObject &window, PEvent const &event);
 
     static void relayToTip(PWindowObject &window, PEvent const &event);
@@ -95,15 +103,13 @@ private:
     }
 };
 
-// WM_PAINT and WM_MDIACTIVATE have no route of their own yet: the painter of a window and
-// the frame that tracks its active child come later. Until then they reach processEvent and
-// the default procedure, as any message without a row does.
 constexpr PDispatch::RouteTable::RouteTable() : routeOf()
 {
     routeOf[WM_CREATE] = nothingRoute;
     routeOf[WM_DESTROY] = destroyRoute;
     routeOf[WM_MOVE] = moveRoute;
     routeOf[WM_SIZE] = sizeRoute;
+    routeOf[WM_PAINT] = paintRoute;
     routeOf[WM_CLOSE] = closeRoute;
     routeOf[WM_ERASEBKGND] = eraseRoute;
     routeOf[WM_SYSCOLORCHANGE] = sysColorRoute;
@@ -125,6 +131,7 @@ constexpr PDispatch::RouteTable::RouteTable() : routeOf()
     routeOf[WM_MOUSEMOVE] = mouseMoveRoute;
     for (unsigned int message = WM_LBUTTONDOWN; message <= WM_MBUTTONDBLCLK; ++message)
         routeOf[message] = mouseButtonRoute;
+    routeOf[WM_MDIACTIVATE] = mdiActivateRoute;
     routeOf[WM_DROPFILES] = dropFilesRoute;
 }
 
@@ -161,6 +168,7 @@ int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
     case destroyRoute: return destroy(window, event);
     case moveRoute: return move(window, event);
     case sizeRoute: return size(window, event);
+    case paintRoute: return paint(window, event);
     case closeRoute: return close(window, event);
     case eraseRoute: return eraseBackground(window, event);
     case broadcastRoute: return broadcast(window, event);
@@ -174,6 +182,7 @@ int PDispatch::route(RouteId id, PWindowObject &window, PEvent const &event)
     case scrollRoute: return scroll(window, event);
     case mouseMoveRoute: return mouseMove(window, event);
     case mouseButtonRoute: return mouseButton(window, event);
+    case mdiActivateRoute: return mdiActivate(window, event);
     case dropFilesRoute: return dropFiles(window, event);
     case processRoute:
     case routeCount: break;
@@ -215,6 +224,18 @@ int PDispatch::move(PWindowObject &window, PEvent const &event)
 int PDispatch::size(PWindowObject &window, PEvent const &event)
 {
     return claimOrProcess(window, event, window.resizeEvent(signedPoint(event.getLParam())));
+}
+
+// The painter ends its paint when this returns, before an unclaimed message reaches the
+// default procedure.
+int PDispatch::paint(PWindowObject &window, PEvent const &)
+{
+    RECT update;
+    if (!GetUpdateRect(window, &update, TRUE))
+        return 0;
+    GPainter painter(&window);
+    GRect area(update.left, update.top, update.right, update.bottom);
+    return window.paintEvent(painter, area);
 }
 
 int PDispatch::close(PWindowObject &window, PEvent const &event)
@@ -426,6 +447,31 @@ int PDispatch::mouseButton(PWindowObject &window, PEvent const &event)
     if ((window.*handler)(static_cast<unsigned short>(event.getWParam()), mouse.getLocation()))
         return 1;
     return window.processEvent(event);
+}
+
+// An MDI child gains or loses activation; its frame keeps the active child. A child whose
+// frame cannot be found swallows the message. The default procedure runs otherwise, unless
+// the child's own handler has closed it.
+int PDispatch::mdiActivate(PWindowObject &window, PEvent const &event)
+{
+    HWND child = window;
+    HWND client = GetParent(child);
+    HWND frameHandle = client ? GetParent(client) : nullptr;
+    PWindowObject *framed = frameHandle ? objectOf(frameHandle) : nullptr;
+    PFrame *frame = dynamic_cast<PFrame *>(window.getParent());
+    if (!framed || !frame || !client || !frameHandle)
+        return 1;
+    if (event.getLParam() == reinterpret_cast<LPARAM>(child)) {
+        frame->activateChild(dynamic_cast<PWindow *>(&window));
+        window.mdiActivate();
+    } else {
+        frame->activateChild(nullptr);
+        frame->activeChild = nullptr;
+        window.mdiDeactivate();
+    }
+    if (IsWindow(child) && PWindowObject::getWinPtr(PHHwnd(child)) == &window)
+        window.processEvent(event);
+    return 0;
 }
 
 // Releasing the drop is the handler's duty.

@@ -46,6 +46,7 @@ protected:
 private:
     friend class GDevice;
     friend class PWindow;
+    friend class GContext;
 
     // Names handle without owning it; logBrush stays unset.
     explicit GBrush(HBRUSH handle);

@@ -4,6 +4,8 @@
 //                  mapping mode and its reduced form; abstract in getDeviceArea
 //   tagDeviceType  what TECHNOLOGY reports
 //   GDeviceCaps    read-only view of a device's capabilities
+//   RegionMode     how a path combines with the clip region
+//   DrawTextStyle  the library's own style bits of drawText
 //
 // Raster drawing (bitmaps, device bits, metafiles, embedded objects, transfers between
 // devices) is defined in GDeviceRaster.cpp.
@@ -15,9 +17,12 @@
 
 #include "foundation/GColor.h"
 #include "foundation/GPoint.h"
+#include "foundation/PList.h"
+#include "foundation/PString.h"
 #include "foundation/TeskWinExport.h"
 #include "graphics/GBitmap.h"
 #include "graphics/GBrush.h"
+#include "graphics/GDevicePolyline.h"
 #include "graphics/GFont.h"
 #include "graphics/GMapMode.h"
 #include "graphics/GPalette.h"
@@ -28,6 +33,28 @@
 
 class GDeviceCaps;
 class GImage;
+
+// How a path combines with the clip region: the platform's RGN_ values.
+enum RegionMode : int {
+    RegionAnd = RGN_AND,
+    RegionOr = RGN_OR,
+    RegionXor = RGN_XOR,
+    RegionDiff = RGN_DIFF,
+    RegionCopy = RGN_COPY
+};
+
+// The library's own style bits for GDevice::drawText, all above the DT_ flags.
+enum DrawTextStyle : unsigned int {
+    TextBottomLine = 0x10000,   // bottom of a single line; replaces what came before
+    TextRight = 0x40000,
+    TextSingleLine = 0x80000,
+    TextCentre = 0x100000,
+    TextMiddleLine = 0x200000,  // vertically centred single line
+    TextExpandTabs = 0x400000,
+    TextNoClip = 0x800000,
+    TextOneLine = 0x2000000,    // single line, as TextSingleLine
+    TextWordBreak = 0x1000000   // overrides the single-line bits
+};
 struct IViewObject;
 struct tagFORMATETC;
 
@@ -108,6 +135,84 @@ public:
 
     // Drives out drawing the platform has batched, by selecting brushes.
     void flush() const;
+
+    // ---- Vector drawing, defined in GDeviceVector.cpp ------------------------------------
+    // Points, rectangles and doubles are logical and go through newTranslateX/newTranslateY.
+    // Vertex lists hold device integers and pass untouched; the boxes of the ...Boxed
+    // operations are device units, untranslated. No handle is tested unless said.
+
+    // Text metrics and fonts, in device units.
+    GPoint getCellDimensions();
+    short getExternalLeading();
+    // (0, 0) without a handle.
+    GPoint getStringSize(PString const &text);
+    // The families of the default and then the symbol character set, raster fonts left out;
+    // a vertical variant only when its plain family is not listed already.
+    void getFontNames(PList<PString> &names);
+
+    void moveTo(double x, double y);
+    void moveTo(GPoint const &p);
+    void lineTo(double x, double y);
+    void lineTo(GPoint const &p);
+    // In the colour the pen was made with.
+    void setPixel(GPoint const &p);
+    void setPixel(GPoint const &p, GColor const &color);
+
+    // An outline by moveTo and four lineTo; nothing is filled.
+    void rectangle(GRect const &rect);
+    void rectangle(GPoint const &a, GPoint const &b);
+    // Filled with the current brush, framed with the pen.
+    void ellipse(GRect const &rect);
+    // The radius is logical.
+    void circle(GPoint const &centre, PFFloat const &radius);
+    // The arc of the circle through the three points, from a to b by way of through.
+    void circularArc(GPoint const &a, GPoint const &b, GPoint const &through);
+    // Light on the left and top, dark on the bottom and right; the second pen stays selected.
+    void draw3DRect(GRect const &rect, GColor const &first, GColor const &second);
+
+    // With the device's own brush.
+    void fillRectangle(GRect const &rect);
+    // The current pen draws the frame.
+    void fillRectangle(GRect const &rect, GBrush const &brush);
+    void fillRectangle(GPoint const &a, GPoint const &b, GBrush const &brush);
+    void fillPolygon(PList<GPoint> &points, GBrush const &brush);
+    // Deliberately paints the union of the device's clip region and the region.
+    void fillRgn(GRgn const &region, GBrush const &brush);
+    void drawRgn(GRgn const &region, GBrush const &brush, int width, int height);
+
+    // At most 16000 vertices go to one platform call; chunks are not joined.
+    void polyline(GDevicePolyline const &list);
+    void polylineTo(GDevicePolyline const &list);
+    void polyPolyline(GDevicePolyPolyline const &list);
+    void polyBezier(GDevicePolyBezier const &list);
+    // The visible runs inside the box; the number of vertices passed to the platform.
+    int polylineBoxed(GDevicePolyline const &list, GRect &box);
+    void polyBezierBoxed(GDevicePolyBezier const &list, GRect &box);
+    // The outline takes the brush's colour, not the pen's.
+    void fillPolyBezier(GDevicePolyBezier const &list, GBrush const &brush);
+    void fillPolyBezierBoxed(GDevicePolyBezier const &list, GRect &box, GBrush const &brush);
+    // The bitmap at each vertex, placed by this device's scale and offsets; hot is in device units.
+    void polyBitmap(GDevicePolyBitmap<double> const &list, GBitmap const &bitmap, GPoint const &hot, int rop);
+    // The vertices through the translation and the platform's mapping, drawn in pixels; the
+    // last argument is not used.
+    void polyBitmap(GDevicePolyBitmap<long> const &list, GBitmap const &bitmap, GPoint const &hot, int rop, int unused);
+    // Translates the caller's points in place, then PolyDraw.
+    void polyDraw(tagPOINT *points, unsigned char *types, int n);
+
+    void writeText(GPoint const &p, PString const &text);
+    // flags in DT_ form, or the library's own style bits when any of the top 16 is set.
+    void drawText(PString const &text, GRect &rect, unsigned int flags);
+    // DrawStateA's result. The brush pointer goes to the platform as it stands.
+    int drawState(GBrush *brush, DRAWSTATEPROC proc, LPARAM data, WPARAM wData, double x, double y, int cx,
+                  int cy, unsigned int flags);
+
+    // Paths: one platform call each, with its result.
+    int beginPath();
+    int endPath();
+    int widenPath();
+    int strokePath();
+    int selectClipPath(enum RegionMode const &mode);
+    // ---- End of vector drawing ------------------------------------------------------------
 
     // Raster drawing. Logical targets become a device position at their translated left and
     // top and a size of the absolute translated extents; source rectangles are in pixels.

@@ -1,4 +1,5 @@
 #include "graphics/GDevice.h"
+#include "graphics/DibFormat.h"
 #include "graphics/GMemoryDevice.h"
 #include "graphics/GObjectSelection.h"
 #include "imaging/GImage.h"
@@ -55,89 +56,46 @@ private:
     HBITMAP section;
 };
 
-// The image's header and its palette in blue, green, red order, as the platform takes them.
-// Sized at 160 bytes a colour, more than the table needs; kept as it was.
-class ImageBlock {
-public:
-    explicit ImageBlock(GImage &image)
-    {
-        unsigned short colors = image.numColors();
-        block = static_cast<BITMAPINFO *>(std::malloc(colors ? 160u * colors : sizeof(BITMAPINFOHEADER)));
-        if (!block)
-            return;
-        block->bmiHeader = *image.getHeader();
-        for (unsigned short i = 0; i < colors; ++i) {
-            GColor color = image.palette()[i];
-            block->bmiColors[i].rgbBlue = color.getB();
-            block->bmiColors[i].rgbGreen = color.getG();
-            block->bmiColors[i].rgbRed = color.getR();
-        }
-    }
-    ~ImageBlock() { std::free(block); }
-    ImageBlock(ImageBlock const &) = delete;
-    ImageBlock &operator=(ImageBlock const &) = delete;
-
-    BITMAPINFO const *get() const { return block; }
-
-private:
-    BITMAPINFO *block;
-};
-
-// Selects the image's palette and realises it; selects back the one it replaced.
-class ImagePaletteSelection {
-public:
-    ImagePaletteSelection(HDC dc, HPALETTE palette) : dc(dc), previous(SelectPalette(dc, palette, FALSE))
-    {
-        RealizePalette(dc);
-    }
-    ~ImagePaletteSelection()
-    {
-        if (previous)
-            SelectPalette(dc, previous, FALSE);
-    }
-    ImagePaletteSelection(ImagePaletteSelection const &) = delete;
-    ImagePaletteSelection &operator=(ImagePaletteSelection const &) = delete;
-
-private:
-    HDC dc;
-    HPALETTE previous;
-};
+// Deliberate: the table that draw and zoomImage hand over takes 160 bytes a colour, more than it needs.
+std::size_t imageBlockSize(DibPicture const &picture) { return 160u * picture.colors; }
 
 } // namespace
 
 void GDevice::draw(GImage &image, GPoint const &pos)
 {
-    if (!dc || !image.getHeader() || !image.pixels)
+    const DibPicture picture = image.dibPicture();
+    if (!dc || !picture.header || !picture.bits)
         return;
     // Deliberately not put back.
     SetBkMode(dc, TRANSPARENT);
-    ImagePaletteSelection selection(dc, image.palette());
-    ImageBlock block(image);
+    DibPaletteSelection selection(dc, *picture.palette);
+    DibInfoBlock block(picture, imageBlockSize(picture));
     if (!block.get())
         return;
     int width = image.getWidth();
     int height = image.getHeight();
     SetDIBitsToDevice(dc, newTranslateX(pos.xVal()), newTranslateY(pos.yVal()), DWORD(width), DWORD(height), 0, 0,
-                      0, UINT(height), image.pixels, block.get(), DIB_RGB_COLORS);
+                      0, UINT(height), picture.bits, block.get(), DIB_RGB_COLORS);
 }
 
 int GDevice::zoomImage(GImage &image, GRect source, GRect target, int rop)
 {
     if (!dc)
         return -1;
-    if (!image.getHeader() || !image.pixels)
+    const DibPicture picture = image.dibPicture();
+    if (!picture.header || !picture.bits)
         return 0;
-    ImagePaletteSelection selection(dc, image.palette());
+    DibPaletteSelection selection(dc, *picture.palette);
     int mode = GetStretchBltMode(dc);
     SetStretchBltMode(dc, COLORONCOLOR);
     DeviceTarget to = deviceTarget(*this, target);
     int result = 0;
     {
-        ImageBlock block(image);
+        DibInfoBlock block(picture, imageBlockSize(picture));
         if (block.get())
             result = StretchDIBits(dc, to.x, to.y, to.width, to.height, truncateCoord(source.lVal()),
                                    truncateCoord(source.tVal()), std::abs(truncateCoord(source.width())),
-                                   std::abs(truncateCoord(source.height())), image.pixels, block.get(),
+                                   std::abs(truncateCoord(source.height())), picture.bits, block.get(),
                                    DIB_RGB_COLORS, DWORD(rop));
     }
     SetStretchBltMode(dc, mode);

@@ -2,7 +2,7 @@
 
 #include "foundation/PFile.h"
 #include "foundation/PMemory.h"
-#include "imaging/GImageRows.h"
+#include "graphics/DibFormat.h"
 
 #include <windows.h>
 
@@ -22,17 +22,6 @@ const int resultNoPalette = 6;
 // 1 bit per pixel is the most that a file can grow by. Larger claims are headers that lie.
 const unsigned long long maxGrowth = 8;
 
-unsigned int wordAt(unsigned char const *at) { return at[0] | (at[1] << 8); }
-unsigned long longAt(unsigned char const *at) { return wordAt(at) | (static_cast<unsigned long>(wordAt(at + 2)) << 16); }
-
-// Bytes of `rows` rows of `width` pixels at `bits` per pixel, padded to 4 bytes; -1 when negative.
-long long paddedSize(long long width, long long rows, long long bits)
-{
-    if (width < 0 || rows < 0)
-        return -1;
-    return ((width * bits + 31) >> 5) * 4 * rows;
-}
-
 // The length of an open file, leaving its position at the start; 0 for a file not open.
 unsigned long long fileLength(PFile &file)
 {
@@ -45,8 +34,8 @@ unsigned long long fileLength(PFile &file)
 int unpackRows(PFile &file, unsigned char *out, BITMAPINFOHEADER const &header, unsigned int depth)
 {
     const unsigned long width = static_cast<unsigned long>(header.biWidth);
-    const unsigned long fileStride = static_cast<unsigned long>(paddedSize(header.biWidth, 1, depth));
-    const unsigned long pad = static_cast<unsigned long>(paddedSize(header.biWidth, 1, 8)) - width;
+    const unsigned long fileStride = static_cast<unsigned long>(dibSize(header.biWidth, 1, depth));
+    const unsigned long pad = static_cast<unsigned long>(dibSize(header.biWidth, 1, 8)) - width;
     auto *row = static_cast<unsigned char *>(PGlobalAlloc(fileStride ? fileStride : 1));
     if (!row)
         return resultNoMemory;
@@ -104,8 +93,8 @@ int GDiBitmap::load(PString const &fileName)
         return fail(resultTruncated);
     if (fileHeader[0] != 'B' || fileHeader[1] != 'M')
         return fail(resultNotBmp);
-    const unsigned long fileSize = longAt(fileHeader + 2);
-    const unsigned long pixelOffset = longAt(fileHeader + 10);
+    const unsigned long fileSize = getLE32(fileHeader + 2);
+    const unsigned long pixelOffset = getLE32(fileHeader + 10);
 
     header = static_cast<BITMAPINFOHEADER *>(PGlobalAlloc(sizeof(BITMAPINFOHEADER)));
     if (!header)
@@ -121,8 +110,8 @@ int GDiBitmap::load(PString const &fileName)
     unsigned int depth;
     if (core) {
         unsigned char const *raw = reinterpret_cast<unsigned char const *>(header);
-        const unsigned int width = wordAt(raw + 4), height = wordAt(raw + 6);
-        depth = wordAt(raw + 10);
+        const unsigned int width = getLE16(raw + 4), height = getLE16(raw + 6);
+        depth = getLE16(raw + 10);
         *header = BITMAPINFOHEADER{sizeof(BITMAPINFOHEADER), static_cast<LONG>(width), static_cast<LONG>(height),
                                    1, 8, 0, 0, 0, 0, n, n};
         // Back to just behind the 12 bytes of the core header.
@@ -134,7 +123,7 @@ int GDiBitmap::load(PString const &fileName)
         header->biBitCount = 8;
     }
 
-    const long long computed = paddedSize(header->biWidth, header->biHeight, 8);
+    const long long computed = dibSize(header->biWidth, header->biHeight, 8);
     if (computed < 0 || computed > 0xFFFFFFFFLL)
         return fail(resultNoMemory);
     header->biSizeImage = static_cast<DWORD>(computed);
@@ -168,7 +157,7 @@ int GDiBitmap::load(PString const &fileName)
     // Pixels the file can't hold are found before the buffer for them is taken.
     const bool packed = depth == 1 || depth == 4;
     const bool whole = depth == 8 || depth == 24;
-    if (packed && static_cast<unsigned long long>(paddedSize(header->biWidth, header->biHeight, depth)) > available)
+    if (packed && static_cast<unsigned long long>(dibSize(header->biWidth, header->biHeight, depth)) > available)
         return fail(resultTruncated);
     if (whole && size > available)
         return fail(resultTruncated);
@@ -217,9 +206,9 @@ int GDiBitmap::load(GBitmap const &bitmap)
     // With no buffer the platform completes the header.
     GetDIBits(dc, bitmap.getHandle(), 0, lines, nullptr, block, DIB_RGB_COLORS);
     *header = block->bmiHeader;
-    const unsigned long rowsSize = imageStride(*header) * lines;
+    const unsigned long rowsSize = dibStride(*header) * lines;
     if (header->biSizeImage == 0)
-        header->biSizeImage = static_cast<DWORD>(paddedSize(info.bmWidth, info.bmHeight, bits));
+        header->biSizeImage = static_cast<DWORD>(dibSize(info.bmWidth, info.bmHeight, bits));
     // The buffer holds whatever the platform will write, even if it reported less.
     pixels = static_cast<unsigned char *>(
         PGlobalAlloc(header->biSizeImage > rowsSize ? header->biSizeImage : rowsSize));

@@ -2,11 +2,11 @@
 
 #include "foundation/PFile.h"
 #include "foundation/PMemory.h"
+#include "graphics/DibFormat.h"
 #include "imaging/GImageRows.h"
 
 #include <windows.h>
 
-#include <climits>
 #include <cstring>
 
 namespace {
@@ -29,30 +29,10 @@ BITMAPINFOHEADER *copyHeader(BITMAPINFOHEADER const &from)
     return to;
 }
 
-// Little-endian fields of the .bmp file header.
-void putWord(unsigned char *at, unsigned int value)
+int writeAll(PFile &file, void const *block, unsigned long size)
 {
-    at[0] = static_cast<unsigned char>(value);
-    at[1] = static_cast<unsigned char>(value >> 8);
-}
-
-void putLong(unsigned char *at, unsigned long value)
-{
-    putWord(at, value & 0xFFFF);
-    putWord(at + 2, value >> 16);
-}
-
-// Truncation toward zero, held within int; NaN gives 0.
-int truncated(double value)
-{
-    if (value > INT_MIN && value < INT_MAX)
-        return static_cast<int>(value);
-    return value >= INT_MAX ? INT_MAX : value <= INT_MIN ? INT_MIN : 0;
-}
-
-int writeAll(PFile &file, void *block, unsigned long size)
-{
-    return size == 0 || file.write(block, static_cast<long>(size)) == static_cast<long>(size);
+    // The file only reads the block.
+    return size == 0 || file.write(const_cast<void *>(block), static_cast<long>(size)) == static_cast<long>(size);
 }
 
 } // namespace
@@ -75,7 +55,7 @@ GImage::GImage(unsigned long width, unsigned long height, unsigned short numColo
     header->biPlanes = 1;
     header->biBitCount = bitCountFor(numColors);
     header->biCompression = BI_RGB;
-    header->biSizeImage = imageStride(*header) * height;
+    header->biSizeImage = dibStride(*header) * height;
     header->biClrUsed = numColors;
     header->biClrImportant = numColors;
     pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
@@ -146,8 +126,8 @@ unsigned short GImage::getHeightResolution() const
 
 PCoord<int> GImage::convertToPixel(PCoord<double> const &point) const
 {
-    return PCoord<int>(truncated(point.xval() / resolutionScale - offsetX),
-                       truncated(point.yval() / resolutionScale - offsetY));
+    return PCoord<int>(truncateToInt(point.xval() / resolutionScale - offsetX),
+                       truncateToInt(point.yval() / resolutionScale - offsetY));
 }
 
 unsigned short GImage::numColors() const
@@ -177,7 +157,7 @@ unsigned char *GImage::pixelAddr(unsigned short row, unsigned short column)
 {
     if (!header || !pixels)
         return nullptr;
-    return pixels + imageStride(*header) * row + ((column * header->biBitCount) >> 3);
+    return pixels + dibStride(*header) * row + ((column * header->biBitCount) >> 3);
 }
 
 long long GImage::pictureOffset(unsigned long y, unsigned long x, unsigned int bytes) const
@@ -186,7 +166,7 @@ long long GImage::pictureOffset(unsigned long y, unsigned long x, unsigned int b
     // to the width pass; such positions are then read only where they still lie in the buffer.
     if (y > static_cast<unsigned long>(header->biHeight) || x > static_cast<unsigned long>(header->biWidth))
         return -1;
-    const long long offset = static_cast<long long>(imageStride(*header)) *
+    const long long offset = static_cast<long long>(dibStride(*header)) *
                                  (static_cast<long long>(header->biHeight) - static_cast<long long>(y) - 1) +
                              static_cast<long long>(x) * (header->biBitCount >> 3);
     if (offset < 0 || offset + bytes > header->biSizeImage)
@@ -355,7 +335,7 @@ GImage *GImage::getSubImage(GPoint const &topLeft, GPoint const &bottomRight)
     if (rows.count() == 0 || rows.count() < static_cast<unsigned long>(header->biHeight))
         return nullptr;
     auto clamp = [](double v, long high) {
-        const int whole = truncated(v);
+        const int whole = truncateToInt(v);
         return whole < 0 ? 0 : whole > high ? static_cast<int>(high) : whole;
     };
     const int x0 = clamp(topLeft.getX(), header->biWidth - 1);
@@ -374,7 +354,7 @@ GImage *GImage::getSubImage(GPoint const &topLeft, GPoint const &bottomRight)
         return nullptr;
     part->biWidth = x1 - x0 + 1;
     part->biHeight = y1 - y0 + 1;
-    part->biSizeImage = imageStride(*part) * part->biHeight;
+    part->biSizeImage = dibStride(*part) * part->biHeight;
     auto *partPixels = static_cast<unsigned char *>(PGlobalAlloc(part->biSizeImage));
     if (!partPixels) {
         PGlobalFree(part);
@@ -397,39 +377,30 @@ GBitmap GImage::makeBitmap(GPalette const *)
 {
     if (!header || !pixels)
         return GBitmap();
-    const unsigned int n = numColors();
-    auto *block = static_cast<BITMAPINFO *>(PGlobalAlloc(sizeof(BITMAPINFOHEADER) + n * sizeof(RGBQUAD)));
-    if (!block)
+    DibInfoBlock block(dibPicture());
+    if (!block.get())
         return GBitmap();
-    block->bmiHeader = *header;
-    for (unsigned int i = 0; i < n; ++i) {
-        const GColor e = entry(i);
-        block->bmiColors[i] = RGBQUAD{e.getB(), e.getG(), e.getR(), 0};
-    }
     HDC dc = GetDC(nullptr);
-    HPALETTE handle = colorTable;
-    HPALETTE previous = nullptr;
-    if (handle) {
-        previous = SelectPalette(dc, handle, FALSE);
-        RealizePalette(dc);
+    HBITMAP bitmap;
+    {
+        DibPaletteSelection selection(dc, colorTable);
+        bitmap = CreateDIBitmap(dc, header, CBM_INIT, pixels, block.get(), DIB_RGB_COLORS);
     }
-    HBITMAP bitmap = CreateDIBitmap(dc, header, CBM_INIT, pixels, block, DIB_RGB_COLORS);
-    PGlobalFree(block);
-    if (previous)
-        SelectPalette(dc, previous, FALSE);
     ReleaseDC(nullptr, dc);
     return GBitmap(bitmap);
 }
+
+DibPicture GImage::dibPicture() { return DibPicture{header, pixels, &colorTable, numColors()}; }
 
 GImage::operator GBitmap() { return makeBitmap(nullptr); }
 
 int GImage::write(PString const &fileName)
 {
     if (!header || !pixels)
-        return 5;
+        return resultNotWritten;
     PFile file;
     if (!file.open(fileName, PFile::writeAccess, PFile::shareNone, PFile::createAlways))
-        return 5;
+        return resultNotWritten;
     const unsigned int n = numColors();
     const unsigned short paletteBytes = static_cast<unsigned short>(n * 4);
 
@@ -439,23 +410,15 @@ int GImage::write(PString const &fileName)
     unsigned long recorded = header->biSize + paletteBytes + 14;
     if (header->biSizeImage && header->biSize && paletteBytes)
         recorded += header->biSizeImage;
-    putLong(fileHeader + 2, recorded);
-    putLong(fileHeader + 10, header->biSize + 14 + paletteBytes);
+    putLE32(fileHeader + 2, recorded);
+    putLE32(fileHeader + 10, header->biSize + 14 + paletteBytes);
     if (!writeAll(file, fileHeader, sizeof fileHeader) || !writeAll(file, header, sizeof(BITMAPINFOHEADER)))
-        return 5;
+        return resultNotWritten;
 
     if (paletteBytes) {
-        auto *quads = static_cast<RGBQUAD *>(PGlobalAlloc(paletteBytes));
-        if (!quads)
-            return 5;
-        for (unsigned int i = 0; i < paletteBytes / 4u; ++i) {
-            const GColor e = entry(i);
-            quads[i] = RGBQUAD{e.getB(), e.getG(), e.getR(), 0};
-        }
-        const int written = writeAll(file, quads, paletteBytes);
-        PGlobalFree(quads);
-        if (!written)
-            return 5;
+        DibInfoBlock block(dibPicture());
+        if (!block.get() || !writeAll(file, block.table(), paletteBytes))
+            return resultNotWritten;
     }
-    return writeAll(file, pixels, header->biSizeImage) ? 0 : 5;
+    return writeAll(file, pixels, header->biSizeImage) ? resultOk : resultNotWritten;
 }

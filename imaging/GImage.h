@@ -14,14 +14,20 @@
 #include "foundation/GColor.h"
 #include "foundation/GPoint.h"
 #include "foundation/PCoord.h"
+#include "foundation/PList.h"
 #include "foundation/PString.h"
 #include "graphics/GBitmap.h"
 #include "graphics/GPalette.h"
+#include "imaging/PImgDithSquare.h"
 
 struct tagBITMAPINFOHEADER;
+struct DibPicture;
 
 class TESKWIN_API GImage {
 public:
+    // Results of the image operations.
+    enum Result { resultOk = 0, resultNoMemory = 3, resultNotWritten = 5, resultImpossible = 7 };
+
     GImage();
     // A zero-filled image; numColors 2, 16 and 256 give 1, 4 and 8 bits, any other value 0 bits.
     GImage(unsigned long width, unsigned long height, unsigned short numColors);
@@ -42,6 +48,11 @@ public:
     // Washes colours out by `amount` of saturation; a palette can be restored afterwards.
     virtual void adjustBrightness(double amount);
     virtual void restoreBrightness();
+    // Turns the picture counter-clockwise by degrees, filling the uncovered corners with the
+    // background; within half a degree of a right angle the rows are transposed instead.
+    virtual int rotate(float degrees, GColor const &background, int interpolate);
+    // An adaptive palette of at most n colours from an octree; true colour becomes 8-bit.
+    virtual int octreeReduction(unsigned short n);
 
     unsigned short getWidth() const;
     unsigned short getHeight() const;
@@ -68,6 +79,8 @@ public:
     // A platform bitmap of the picture; the argument is not used.
     GBitmap makeBitmap(GPalette const *unused);
     operator GBitmap();
+    // Header, rows and palette as the platform's DIB transfers take them.
+    DibPicture dibPicture();
 
     // Tone. Modes of grayScale: 0 mean, 1 weighted, 2 largest channel.
     void grayScale(int mode);
@@ -78,8 +91,41 @@ public:
     void histStretch(unsigned char low, unsigned char high);
     int histTreeEqua(unsigned char depth);
 
-    // The device hands the rows and header to the platform's DIB transfers.
-    friend class GDevice;
+    // Geometry: nearest-below resampling to width times xFactor by height times yFactor.
+    int scale(float xFactor, float yFactor, int interpolate);
+
+    // Neighbourhood filters over 3 by 3 windows; border pixels keep their values.
+    // Rank filters, modes: 4 median, 5 darkest, 6 brightest, 7 extreme nearer the mean.
+    int NLFilter(int mode, unsigned char size);
+    // Convolution, modes 8 to 16; any other mode sets each filtered value to size.
+    int LFilter(int mode, unsigned char size);
+    // Directional kernels: families 0, 1 and 2 (3 the same), directions 0 to 7.
+    int edgeEnhance(int family, int direction, unsigned char size);
+    // The magnitude of two directional responses.
+    int edgeDetector(int family, int direction1, int direction2, unsigned char size);
+    // Quantises every channel to a multiple of 8, with an offset of 8 times amount.
+    int jitter(unsigned char amount);
+    // Replaces square blocks of 2 to 63 pixels by their mean.
+    int mosaic(unsigned short blockSize);
+
+    // Fixed palettes of 16 and 8 colours chosen by tests on the channels; palette images only.
+    int PLUT16Reduction();
+    int PLUT8Reduction();
+
+    // Line screens: rows of bars one cell apart whose thickness follows the tone, in output
+    // units of `scale` per pixel; angle 0 or 180 only. Bars are added to the lists.
+    void makeDitherSquares(unsigned short angle, unsigned short cell, float scale, int darkIsThick,
+                           PList<PImgDithSquare> &squares);
+    // Four screens, for the distance of red, blue and green below the strongest channel, and black.
+    void makeDitherSquares(unsigned short angle, unsigned short cell, float scale, int invertBlack,
+                           PList<PImgDithSquare> &list1, PList<PImgDithSquare> &list2, PList<PImgDithSquare> &list3,
+                           PList<PImgDithSquare> &list4);
+
+    // Writes the foreground index where a 3 by 3 rule holds on the index bytes (modes 0 to 4,
+    // any other always); with useBackground 1 the background index elsewhere.
+    int morphology(int mode, GColor const &foreground, GColor const &background, int useBackground);
+    // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
+    int thinning(GColor const &background);
 
 protected:
     // The start of a pixel in stored rows; no range check.
@@ -110,6 +156,36 @@ protected:
 
 private:
     void copyPicture(GImage const &other);
+    // Whether the buffer holds every row the header describes, so that any of them may be read.
+    bool holdsWholeRows() const;
+    // Makes a new buffer of width by height pixels at this bit count the picture; frees the old one.
+    void replacePixels(unsigned char *newPixels, unsigned long width, unsigned long height);
+    // The frame of the convolution filters: each inner position of each plane gets
+    // f(window, entries) of its 3 by 3 neighbourhood, written into a copy of the picture.
+    template <class F>
+    int filterPlanes(unsigned char size, F const &f);
+    // Gives the image a platform palette of its own, of at least `size` entries, the old ones
+    // kept: neither a stock palette nor one shared with a copy is rewritten. False without memory.
+    bool ownPalette(unsigned long size);
+    // Maps every index through indexOf of its entry, then sets the first `count` entries.
+    int reduceToFixedPalette(unsigned char (*indexOf)(GColor const &), GColor const *colours, unsigned short count);
+    // Area averages over stored rows from rowStart and columns from columnStart while below the
+    // ends, each byte taken as a palette index: the sum of red, green and blue, or one channel.
+    // 765 or 255 when no sample is taken, 0 for an empty image.
+    unsigned short getRGBAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                                 unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getRAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getGAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    unsigned short getBAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel);
+    template <class Channel>
+    unsigned short areaAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
+                               unsigned short rowBits, unsigned short bytesPerPixel, Channel channel,
+                               unsigned short none);
+    // The palette index of a colour, remembered for the colours seen before.
+    class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.
     unsigned long *buildGreyIntegrate();
     // Palette entry i, read in place; black past the colours the palette holds.

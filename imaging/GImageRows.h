@@ -1,6 +1,5 @@
 // GImageRows.h - how the pixel loops of the image operations walk a buffer.
 //
-//   imageStride  bytes in one stored row of a header's picture
 //   GImageRows   row pointers over the stored rows that a buffer holds whole
 //   forEachTriple  the flat run of byte triples that some tone operations walk
 //
@@ -8,24 +7,16 @@
 // plain pointer walk that the compiler can vectorise.
 #pragma once
 
-#include <windows.h>
+#include "graphics/DibFormat.h"
 
-// (bit count times width plus 31) / 32 words of 4 bytes; 0 when that can't be held.
-inline unsigned long imageStride(BITMAPINFOHEADER const &header)
-{
-    const long long bits = static_cast<long long>(header.biBitCount) * header.biWidth;
-    if (bits < 0)
-        return 0;
-    const long long stride = ((bits + 31) >> 5) * 4;
-    return stride > 0x7FFFFFFFLL ? 0 : static_cast<unsigned long>(stride);
-}
+#include <windows.h>
 
 class GImageRows {
 public:
     // Rows past the end of biSizeImage, and everything of a buffer with zero-width rows,
     // are left out, so that a walk never leaves the buffer.
     GImageRows(unsigned char *pixels, BITMAPINFOHEADER const &header)
-        : first(pixels), stride(imageStride(header)), width(0), step(header.biBitCount >> 3), rows(0)
+        : first(pixels), stride(dibStride(header)), width(0), step(header.biBitCount >> 3), rows(0)
     {
         if (!pixels || stride == 0 || header.biHeight <= 0 || header.biWidth <= 0)
             return;

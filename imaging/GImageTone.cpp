@@ -2,6 +2,7 @@
 #include "imaging/GImage.h"
 
 #include "foundation/PMemory.h"
+#include "graphics/DibFormat.h"
 #include "imaging/GImageRows.h"
 
 #include <windows.h>
@@ -10,9 +11,6 @@
 #include <new>
 
 namespace {
-
-// The image operations' rounding: halves away from zero, by truncation.
-int roundHalfAway(double x) { return static_cast<int>(x > 0 ? x + 0.5 : x - 0.5); }
 
 // The rounded-up midpoint of two levels, as the equalisations place a level between them.
 unsigned int midpoint(unsigned int sum)
@@ -105,18 +103,6 @@ GreyTables const &greyTables()
     static const GreyTables tables;
     return tables;
 }
-
-// Frees a block from PGlobalAlloc when the scope ends.
-class GlobalBlock {
-public:
-    explicit GlobalBlock(void *block) : block(block) {}
-    ~GlobalBlock() { PGlobalFree(block); }
-    GlobalBlock(GlobalBlock const &) = delete;
-    GlobalBlock &operator=(GlobalBlock const &) = delete;
-
-private:
-    void *block;
-};
 
 // A byte table over every value a pixel byte can hold; values past `levels` keep their value.
 struct LevelTable {
@@ -412,13 +398,13 @@ unsigned long *GImage::buildIntegrate(unsigned long const *histogram)
 int GImage::histEqua()
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     if (getImageType() != 0)
         grayScale(0);
     unsigned long *histogram = buildHistogram();
     if (!histogram)
-        return 3;
-    GlobalBlock histogramBlock(histogram);
+        return resultNoMemory;
+    DibGlobalBlock histogramBlock(histogram);
     const unsigned int n = toneLevels();
 
     unsigned long total = 0;
@@ -451,7 +437,7 @@ int GImage::histEqua()
     }
     fillPixels(mapped.map);
     modified = 1;
-    return 0;
+    return resultOk;
 }
 
 unsigned long *GImage::buildGreyIntegrate()
@@ -469,23 +455,23 @@ unsigned long *GImage::buildGreyIntegrate()
 int GImage::histFlatten()
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
-        return 3;
-    GlobalBlock integrateBlock(integrate);
+        return resultNoMemory;
+    DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
     const double area = static_cast<double>(static_cast<unsigned long>(header->biWidth) *
                                             static_cast<unsigned long>(header->biHeight));
     if (area == 0)
-        return 7;
+        return resultImpossible;
     LevelTable mapped(n);
     for (unsigned int i = 0; i < mapped.count; ++i)
         mapped.map[i] = lowerOf(roundHalfAway(integrate[i] / area * n), n - 1);
     // Deliberate: bytes 1 and 2 take the table of byte 0 as already mapped, so they are mapped twice.
     mapPixels(mapped.map);
     modified = 1;
-    return 0;
+    return resultOk;
 }
 
 void GImage::histStretch(unsigned char low, unsigned char high)
@@ -521,23 +507,23 @@ void GImage::histStretch(unsigned char low, unsigned char high)
 int GImage::histTreeEqua(unsigned char depth)
 {
     if (!header || !pixels)
-        return 7;
+        return resultImpossible;
     unsigned long *integrate = buildGreyIntegrate();
     if (!integrate)
-        return 3;
-    GlobalBlock integrateBlock(integrate);
+        return resultNoMemory;
+    DibGlobalBlock integrateBlock(integrate);
     const unsigned int n = toneLevels();
 
     HistTree tree{nullptr, depth, integrate, static_cast<unsigned short>(n)};
     HistTreeBuilder builder(tree);
     tree.root = builder.buildNode(nullptr, 0, static_cast<unsigned char>(n - 1), 0);
     if (!tree.root || builder.hasFailed())
-        return 3;
+        return resultNoMemory;
     unsigned char table[256];
     for (unsigned int v = 0; v < 256; ++v)
         table[v] = builder.mapValue(v);
     // Deliberate: as in histFlatten, bytes 1 and 2 are mapped twice.
     mapPixels(table);
     modified = 1;
-    return 0;
+    return resultOk;
 }

@@ -1,1 +1,1 @@
-teskwin_classes(widgets PMenu PCursor PStringResManager PMessageBox PSysColorManager)
+teskwin_classes(widgets PMenu PCursor PStringResManager PMessageBox PSysColorManager PScroller)

@@ -2,7 +2,9 @@
 
 #include "events/PAppInterface.h"
 #include "events/PWindowProc.h"
+#include "widgets/PScroller.h"
 #include "widgets/PStringResManager.h"
+#include "windows/PFrame.h"
 
 #include <shellapi.h>
 
@@ -113,9 +115,14 @@ void PWindow::initFields(unsigned long windowStyle)
     defaultProc = PWindowProc;
 }
 
+// An MDI child that goes is no longer its frame's active child, whatever the platform said.
 PWindow::~PWindow()
 {
     scroller = nullptr;
+    if (PFrame *frame = isMDIChild ? dynamic_cast<PFrame *>(parent) : nullptr) {
+        if (frame->activeChild == this)
+            frame->activeChild = nullptr;
+    }
     if (isForeign && parent)
         parent->removeChild(this);
     if (ownsParent)
@@ -162,7 +169,7 @@ void PWindow::setupWindow()
     if (isMDIChild)
         SetFocus(hwnd);
     if (scroller)
-        fitScrollerPage();
+        scroller->setPageSize();
 }
 
 void PWindow::onParentNotify(WPARAM wParam, LPARAM lParam)
@@ -420,32 +427,52 @@ PScroller *PWindow::getScroller()
     return scroller;
 }
 
-
-// The scrolling policy is not part of the library yet: a window keeps its scroller without
-// consulting it, and the platform's default handling scrolls the window.
 void PWindow::setScroller(PScroller *scroller)
 {
     this->scroller = scroller;
+    if (scroller) {
+        scroller->setWindow(this);
+        scroller->setPageSize();
+    }
 }
 
-void PWindow::fitScrollerPage()
+int PWindow::hScrollEvent(unsigned int code, int position)
 {
+    return scroller ? scroller->hScroll(static_cast<unsigned short>(code), position) : 0;
 }
 
-int PWindow::hScrollEvent(unsigned int, int)
+int PWindow::vScrollEvent(unsigned int code, int position)
 {
-    return 0;
+    return scroller ? scroller->vScroll(static_cast<unsigned short>(code), position) : 0;
 }
 
-int PWindow::vScrollEvent(unsigned int, int)
+namespace {
+
+// The left button has gone up, whether or not its up message was seen.
+bool endsAutoScrolling(MSG const &msg)
 {
-    return 0;
+    return msg.message == WM_LBUTTONUP || (msg.message == WM_MOUSEMOVE && !(msg.wParam & MK_LBUTTON));
 }
 
+} // namespace
+
+// A busy loop with no wait, on purpose: the view moves as fast as the loop runs. WM_QUIT is
+// dispatched like any other message here.
 void PWindow::processAutoScrolling()
 {
+    if (!scroller || !scroller->autoModeOn())
+        return;
+    setMouseCapture();
+    MSG msg = {};
+    while (!endsAutoScrolling(msg)) {
+        if (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&msg);
+            DispatchMessageA(&msg);
+        }
+        scroller->autoScroll();
+    }
+    releaseMouseCapture();
 }
-
 
 int PWindow::startHelp(PString const &file, unsigned int command)
 {

@@ -26,6 +26,9 @@
 
 class PScroller;
 
+// A frame's window procedure (PFrame.h); it binds windows under construction as PWindowProc does.
+TESKWIN_API LRESULT CALLBACK PFrameProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
+
 class TESKWIN_API PWindow : public PWindowObject {
     // The window procedure and its dispatch look handles up through getWinPtr. A friend
     // declaration cannot repeat the import attribute, which GCC would otherwise warn about.
@@ -33,6 +36,7 @@ class TESKWIN_API PWindow : public PWindowObject {
 #pragma GCC diagnostic ignored "-Wattributes"
     friend LRESULT CALLBACK ::PWindowProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
     friend int ::PGeneralProc(PEvent const &event);
+    friend LRESULT CALLBACK ::PFrameProc(HWND hwnd, UINT message, WPARAM wParam, LPARAM lParam);
 #pragma GCC diagnostic pop
     friend class PDispatch;
 
@@ -126,12 +130,15 @@ public:
     // Objects whose platform window is being created, oldest first.
     static PQueue<PWindowObject *> theCreatedQueue;
 
+protected:
+    // For the windows derived from this one, which see the tree only through PWindowObject.
+    static int isMDIChildWindow(PWindowObject const *window) { return window && window->isMDIChild; }
+
 private:
     // The bound object, or else the oldest object under construction, now bound to handle.
     static PWindowObject *getWinPtr(PHHwnd const &handle);
     void initFields(unsigned long windowStyle);
     int startHelp(PString const &file, unsigned int command);
-    void fitScrollerPage();
 
 protected:
     MDICREATESTRUCTA mdiCreate;

@@ -1,1 +1,1 @@
-teskwin_classes(windows PWindow)
+teskwin_classes(windows PWindow PDragWindow PChildFrame PFrame)

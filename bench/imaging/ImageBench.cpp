@@ -22,6 +22,8 @@ public:
     {
         pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
         pristine = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
+        original = *header;
+        originalPalette = colorTable;
         unsigned long state = 7;
         for (unsigned long i = 0; i < header->biSizeImage; ++i) {
             state = state * 1664525u + 1013904223u;
@@ -31,7 +33,17 @@ public:
     }
     ~BenchImage() override { PGlobalFree(pristine); }
 
-    void reset() { std::memcpy(pixels, pristine, header->biSizeImage); }
+    // Back to the first picture, also after an operation that changed its size, depth or palette.
+    void reset()
+    {
+        if (std::memcmp(header, &original, sizeof original) != 0) {
+            PGlobalFree(pixels);
+            *header = original;
+            pixels = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage));
+        }
+        colorTable = originalPalette;
+        std::memcpy(pixels, pristine, header->biSizeImage);
+    }
 
     using GImage::buildHistogram;
     using GImage::getSubset;
@@ -47,6 +59,8 @@ private:
     }
 
     unsigned char *pristine;
+    BITMAPINFOHEADER original;
+    GPalette originalPalette;
 };
 
 // Megapixels per second of one run of `body`, after restoring the image's pixels.
@@ -130,6 +144,28 @@ int main()
     whole("histFlatten", [](BenchImage &image) { image.histFlatten(); });
     whole("histStretch(20, 200)", [](BenchImage &image) { image.histStretch(20, 200); });
     whole("histTreeEqua(4)", [](BenchImage &image) { image.histTreeEqua(4); });
+    whole("rotate(90)", [](BenchImage &image) { image.rotate(90.0f, GColor(), 0); });
+    whole("rotate(30), same as interpolated", [](BenchImage &image) { image.rotate(30.0f, GColor(), 1); });
+    // Rates of the resampling operations count the pixels written.
+    both("scale(0.5, 0.5)", [](BenchImage &image) { image.scale(0.5f, 0.5f, 1); }, theMegapixels / 4);
+    both("scale(2, 2)", [](BenchImage &image) { image.scale(2.0f, 2.0f, 1); }, theMegapixels * 4);
+    whole("NLFilter(4, 3) median", [](BenchImage &image) { image.NLFilter(4, 3); });
+    whole("NLFilter(5, 3) minimum", [](BenchImage &image) { image.NLFilter(5, 3); });
+    whole("LFilter(12, 3)", [](BenchImage &image) { image.LFilter(12, 3); });
+    whole("LFilter(13, 3)", [](BenchImage &image) { image.LFilter(13, 3); });
+    whole("edgeEnhance(2, 3, 3)", [](BenchImage &image) { image.edgeEnhance(2, 3, 3); });
+    whole("edgeDetector(2, 1, 3, 3)", [](BenchImage &image) { image.edgeDetector(2, 1, 3, 3); });
+    whole("jitter(1)", [](BenchImage &image) { image.jitter(1); });
+    whole("mosaic(8)", [](BenchImage &image) { image.mosaic(8); });
+    whole("octreeReduction(256)", [](BenchImage &image) { image.octreeReduction(256); });
+    whole("PLUT16Reduction (24-bit refused)", [](BenchImage &image) { image.PLUT16Reduction(); });
+    whole("morphology(0, ..., 1)", [](BenchImage &image) { image.morphology(0, GColor(), GColor(255, 255, 255), 1); });
+    whole("thinning (24-bit refused)", [](BenchImage &image) { image.thinning(GColor()); });
+    whole("makeDitherSquares, cell 8", [](BenchImage &image) {
+        PList<PImgDithSquare> squares;
+        image.makeDitherSquares(0, 8, 1.0f, 1, squares);
+        theSink = squares.length();
+    });
     whole("write .bmp", [&name](BenchImage &image) { image.write(PString(name)); });
     // The 8-bit file that "write .bmp" left is read back.
     GDiBitmap loaded;

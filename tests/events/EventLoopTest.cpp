@@ -1,5 +1,5 @@
 // The polling loop, the end of an object with its loop, and events sent between objects.
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include "foundation/PNumerics.h"
 
@@ -25,7 +25,7 @@ protected:
         pumpMessages();
     }
 
-    TestApp app;
+    TestApplication app;
     EventLog log;
     RecordingWindow *window = nullptr;
 };

@@ -1,5 +1,5 @@
 // Event records read against real messages, and the error mix-in.
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include "foundation/IErrorMessage.h"
 
@@ -18,7 +18,7 @@ protected:
     }
     void TearDown() override { window->shutDownWindow(); }
 
-    TestApp app;
+    TestApplication app;
     EventLog log;
     RecordingWindow *window = nullptr;
 };

@@ -1,6 +1,6 @@
 // The dispatch with concrete windows: binding during creation, the colour route and the
 // loop's accelerators.
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include "widgets/PMenu.h"
 #include "widgets/PSysColorManager.h"
@@ -27,7 +27,7 @@ public:
 
 TEST(PWindowDispatch, TheFirstMessageOfANewWindowBindsItsObject)
 {
-    TestApp app;
+    TestApplication app;
     BindingProbe *probe = new BindingProbe(nullptr, &app);
     ASSERT_TRUE(probe->registerWindow());
     ASSERT_TRUE(probe->create());
@@ -51,7 +51,7 @@ TEST(PWindowDispatch, TheFirstMessageOfANewWindowBindsItsObject)
 
 TEST(PWindowDispatch, ASystemColourChangeGivesTheWindowTheFaceColourButNotItsChildren)
 {
-    TestApp app;
+    TestApplication app;
     registerTestClass(app);
     PWindow *window = new PWindow(nullptr, "colours", &app, 0);
     ASSERT_TRUE(window->registerWindow());
@@ -81,7 +81,7 @@ public:
 
 TEST(PWindowDispatch, ErasingFillsTheUpdateRectangleWithTheBackgroundUnlessClaimedWithOne)
 {
-    TestApp app;
+    TestApplication app;
     ErasingWindow *window = new ErasingWindow(&app);
     window->setSize(200, 150);
     ASSERT_TRUE(window->registerWindow());
@@ -118,7 +118,7 @@ TEST(PWindowDispatch, ErasingFillsTheUpdateRectangleWithTheBackgroundUnlessClaim
 
 TEST(PWindowDispatch, TheLoopTranslatesAcceleratorsInsteadOfDispatchingTheKey)
 {
-    TestApp app;
+    TestApplication app;
     registerTestClass(app);
     EventLog log;
     RecordingWindow *window = new RecordingWindow(nullptr, &app, log, "w");

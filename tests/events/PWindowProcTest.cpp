@@ -1,5 +1,5 @@
 // The dispatch table, by what the handlers of real windows receive through PWindowProc.
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include <gtest/gtest.h>
 
@@ -46,7 +46,7 @@ protected:
         return made;
     }
 
-    TestApp app;
+    TestApplication app;
     EventLog log;
     RecordingWindow *window = nullptr;
 };

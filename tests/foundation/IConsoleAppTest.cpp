@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "TeskWin.h"
-#include "support/TestConsoleApp.h"
+#include "support/TestApplication.h"
 
 #include <cstddef>
 #include <cstdio>
@@ -9,8 +9,6 @@
 #include <type_traits>
 
 namespace {
-
-using TestApp = TestConsoleApp;
 
 // The table position of a virtual member, read from the pointer-to-member, which the
 // compiler's ABI stores as 1 plus the entry's byte offset in the table.
@@ -55,14 +53,14 @@ TEST(IConsoleApp, NewestLiveApplicationIsTheProcesssOne)
     ASSERT_EQ(getConsoleApp(), nullptr);
     const HINSTANCE program = GetModuleHandleA(nullptr);
     {
-        TestApp first(program);
+        TestApplication first(program);
         EXPECT_EQ(getConsoleApp(), &first);
         EXPECT_EQ(static_cast<HINSTANCE>(first), program);
         EXPECT_TRUE(getConsoleApp()->getAppName() == "Test application");
         {
-            auto *second = new TestApp(nullptr);
+            auto *second = new TestApplication(nullptr);
             EXPECT_EQ(getConsoleApp(), second);
-            TestApp copy(first);
+            TestApplication copy(first);
             EXPECT_EQ(getConsoleApp(), &copy);
             EXPECT_EQ(static_cast<HINSTANCE>(copy), program);
             // Assignment moves no registration.

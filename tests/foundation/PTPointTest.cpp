@@ -38,24 +38,19 @@ TEST(PTPoint, ComparisonsAreAProductOrder)
     EXPECT_TRUE(PTPoint<long>(0, 2) != low);
 }
 
-TEST(PTPoint, ConstructionAndAccess)
+// Called through the library's exports (this file is built unoptimised), so a missing or
+// misdeclared member of either instantiation fails to link.
+TEST(PTPoint, AccessAndArithmeticAreComponentWise)
 {
-    const PTPoint<long> seven(7);
-    EXPECT_EQ(seven.xVal(), 7);
-    EXPECT_EQ(seven.yVal(), 7);
-
+    EXPECT_EQ(PTPoint<long>(7), PTPoint<long>(7, 7));
     PTPoint<float> p(1.5f, -2.5f);
     p.xVal() = 4;
     p.setY(9);
-    EXPECT_EQ(p, PTPoint<float>(4, 9));
     PTPoint<float> q;
     q = p;
-    q.setX(0);
-    EXPECT_EQ(q, PTPoint<float>(0, 9));
-}
+    q.setX(q.xVal() + 1);
+    EXPECT_EQ(q, PTPoint<float>(5, 9));
 
-TEST(PTPoint, ArithmeticIsComponentWise)
-{
     const PTPoint<long> a(12, -8), b(3, 4);
     EXPECT_EQ(a + b, PTPoint<long>(15, -4));
     EXPECT_EQ(a - b, PTPoint<long>(9, -12));
@@ -94,10 +89,8 @@ TEST(PFFloat, HoldsADoubleExactly)
 
 TEST(GPoint, ValueAndArithmetic)
 {
-    const GPoint origin;
-    EXPECT_EQ(origin.getX(), 0.0);
-    EXPECT_EQ(origin.getY(), 0.0);
-    EXPECT_TRUE(GPoint::Zero == origin);
+    EXPECT_TRUE(GPoint::Zero == GPoint());
+    EXPECT_EQ(GPoint().getX(), 0.0);
 
     GPoint p(1.5, -2.0);
     const GPoint q(0.5, 4.0);
@@ -107,13 +100,10 @@ TEST(GPoint, ValueAndArithmetic)
     EXPECT_TRUE(p / q == GPoint(3.0, -0.5));
     EXPECT_TRUE(p * PFFloat(2.0) == GPoint(3.0, -4.0));
     EXPECT_FALSE(p == q);
-
-    const GPoint sum = p + q; // a GPoint again from the base's result
-    EXPECT_EQ(sum.getX(), 2.0);
     p.set(7.25, 8.5);
     p.xVal() += 1.0;
     EXPECT_EQ(p.getX(), 8.25);
-    EXPECT_EQ(static_cast<double>(p.yVal()), 8.5);
+    EXPECT_EQ(p.getY(), 8.5);
 }
 
 TEST(GPoint, ConvertsToNearestDevicePoint)

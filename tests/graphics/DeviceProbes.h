@@ -2,8 +2,7 @@
 //
 //   HandlelessDevice  a device that never gets a handle, of a given area
 //   HandleDevice      a device on a handle the test owns, saving its state as GDC would
-//   ProbeDevice       a memory device on a 32-bit bitmap, showing its protected state
-//   pixelAt           a pixel of a device's bitmap, read back from the platform
+//   ProbeDevice       a memory device on a bitmap, showing its protected state
 #pragma once
 
 #include <windows.h>
@@ -40,14 +39,3 @@ public:
     GDeviceMapMode reduced() const { return deviceMapMode; }
     TEXTMETRICA &metrics() { return textMetrics; }
 };
-
-// A device-dependent bitmap of 32 bits a pixel, whatever the screen has.
-inline GBitmap colourBitmap(int width, int height)
-{
-    return GBitmap(nullptr, width, height, 1, 32);
-}
-
-inline COLORREF pixelAt(GDevice const &device, int x, int y)
-{
-    return GetPixel(device.getDC(), x, y);
-}

@@ -5,7 +5,8 @@
 #include "TeskWin.h"
 #include "graphics/TestResources.h"
 #include "support/GdiObjectCounter.h"
-#include "support/TestConsoleApp.h"
+#include "support/ReadBack.h"
+#include "support/TestApplication.h"
 
 #include <string>
 
@@ -13,37 +14,22 @@ namespace {
 
 const COLORREF red = RGB(255, 0, 0), green = RGB(0, 255, 0), blue = RGB(0, 0, 255), white = RGB(255, 255, 255);
 
-// The colour of each pixel of a bitmap, read through a memory device.
-class PixelReader {
-public:
-    explicit PixelReader(HBITMAP bitmap) : dc(CreateCompatibleDC(nullptr)), old(SelectObject(dc, bitmap)) {}
-    ~PixelReader()
-    {
-        SelectObject(dc, old);
-        DeleteDC(dc);
-    }
-    COLORREF operator()(int x, int y) const { return GetPixel(dc, x, y); }
-
-private:
-    HDC dc;
-    HGDIOBJ old;
-};
-
 // Quadrants24.bmp: red, green over blue, white, each quadrant 3 by 2.
 void expectQuadrants(GBitmap const &bitmap)
 {
     ASSERT_TRUE(bitmap.isValid());
     EXPECT_EQ(bitmap.getSize().getX(), 6);
     EXPECT_EQ(bitmap.getSize().getY(), 4);
-    PixelReader pixel(bitmap);
-    EXPECT_EQ(pixel(0, 0), red);
-    EXPECT_EQ(pixel(2, 1), red);
-    EXPECT_EQ(pixel(3, 0), green);
-    EXPECT_EQ(pixel(5, 1), green);
-    EXPECT_EQ(pixel(0, 2), blue);
-    EXPECT_EQ(pixel(2, 3), blue);
-    EXPECT_EQ(pixel(3, 2), white);
-    EXPECT_EQ(pixel(5, 3), white);
+    const PlatformPixels pixels(bitmap);
+    EXPECT_EQ(pixels.pixel(0, 0), red);
+    EXPECT_EQ(pixels.pixel(2, 1), red);
+    EXPECT_EQ(pixels.pixel(3, 0), green);
+    EXPECT_EQ(pixels.pixel(5, 1), green);
+    EXPECT_EQ(pixels.pixel(0, 2), blue);
+    EXPECT_EQ(pixels.pixel(2, 3), blue);
+    EXPECT_EQ(pixels.pixel(3, 2), white);
+    EXPECT_EQ(pixels.pixel(5, 3), white);
+    EXPECT_EQ(pixels.countPixels(red), 6);
 }
 
 // A file that lies beside the test program.
@@ -133,7 +119,7 @@ TEST(GBitmap, CopiesShareTheBitmapButNotTheLocation)
 
 TEST(GBitmap, LoadsResourcesByNumberAndByName)
 {
-    TestConsoleApp app;
+    TestApplication app;
     GdiObjectCounter counter;
     {
         GBitmap quadrants;
@@ -148,9 +134,9 @@ TEST(GBitmap, LoadsResourcesByNumberAndByName)
         ASSERT_TRUE(stripes.isValid());
         EXPECT_EQ(stripes.getSize().getX(), 8);
         EXPECT_EQ(stripes.getSize().getY(), 8);
-        PixelReader pixel(stripes);
-        EXPECT_EQ(pixel(4, 0), RGB(0, 0, 0));
-        EXPECT_EQ(pixel(4, 1), white);
+        const PlatformPixels pixels(stripes);
+        EXPECT_EQ(pixels.pixel(4, 0), RGB(0, 0, 0));
+        EXPECT_EQ(pixels.pixel(4, 1), white);
 
         GBitmap highBits;
         EXPECT_EQ(highBits.load(&app, 0x50000 | IDB_QUADRANTS), 1) << "only the low 16 bits name it";
@@ -162,7 +148,7 @@ TEST(GBitmap, LoadsResourcesByNumberAndByName)
 
 TEST(GBitmap, LoadFailuresLeaveTheBitmapEmpty)
 {
-    TestConsoleApp app;
+    TestApplication app;
     GdiObjectCounter counter;
     GBitmap bitmap;
     EXPECT_EQ(bitmap.load(&app, "NO_SUCH_BITMAP"), 0);
@@ -180,7 +166,7 @@ TEST(GBitmap, LoadFailuresLeaveTheBitmapEmpty)
 
 TEST(GBitmap, LoadExReadsFilesAndResources)
 {
-    TestConsoleApp app;
+    TestApplication app;
     GdiObjectCounter counter;
     {
         GBitmap fromFile;

@@ -5,7 +5,7 @@
 
 #include "TeskWin.h"
 #include "graphics/DeviceProbes.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 
 namespace {
 
@@ -13,21 +13,10 @@ const COLORREF red = RGB(255, 0, 0);
 const COLORREF blue = RGB(0, 0, 255);
 const COLORREF white = RGB(255, 255, 255);
 
-void fill(GDevice &device, int left, int top, int right, int bottom, COLORREF color)
-{
-    HBRUSH brush = CreateSolidBrush(color);
-    RECT r{left, top, right, bottom};
-    FillRect(device, &r, brush);
-    DeleteObject(brush);
-}
-
 TEST(GDeviceRaster, DrawBitmapStoresTheLocationAndCopiesPixels)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(40, 30);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(40, 30);
+    GMemoryDevice &target = surface.device;
 
     GBitmap invalid;
     target.draw(invalid, GPoint(7.9, 3.2), SRCCOPY);
@@ -36,8 +25,8 @@ TEST(GDeviceRaster, DrawBitmapStoresTheLocationAndCopiesPixels)
 
     GBitmap picture = colourBitmap(4, 3);
     {
-        GMemoryDevice source(screen, picture);
-        fill(source, 0, 0, 4, 3, red);
+        GMemoryDevice source(surface.screen, picture);
+        fillDevice(source, 0, 0, 4, 3, red);
     }
     target.draw(picture, GPoint(10, 5), SRCCOPY);
     EXPECT_EQ(pixelAt(target, 10, 5), red);
@@ -84,11 +73,8 @@ GImage solidImage(int width, int height, int bitCount, GPalette const &palette, 
 
 TEST(GDeviceRaster, ImagesAreDrawnAndZoomedThroughTheirHeaderAndPalette)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(40, 30);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(40, 30);
+    GMemoryDevice &target = surface.device;
     SetBkMode(target, OPAQUE);
     {
         GImage image = solidImage(3, 2, 24, GPalette(), red);
@@ -126,15 +112,12 @@ TEST(GDeviceRaster, ImagesAreDrawnAndZoomedThroughTheirHeaderAndPalette)
 
 TEST(GDeviceRaster, StretchKeepsSizeForReversedTargetsAndReportsMissingHandles)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(40, 30);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(40, 30);
+    GMemoryDevice &target = surface.device;
     GBitmap picture = colourBitmap(2, 2);
     {
-        GMemoryDevice source(screen, picture);
-        fill(source, 0, 0, 2, 2, blue);
+        GMemoryDevice source(surface.screen, picture);
+        fillDevice(source, 0, 0, 2, 2, blue);
     }
     // Reversed edges: the position stays at the left and top as given.
     EXPECT_NE(target.stretchImage(picture, GRect(0, 0, 2, 2), GRect(5, 5, 1, 1), SRCCOPY), 0);
@@ -158,11 +141,8 @@ TEST(GDeviceRaster, StretchKeepsSizeForReversedTargetsAndReportsMissingHandles)
 
 TEST(GDeviceRaster, PatternAndBitBlt)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(20, 20);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(20, 20);
+    GMemoryDevice &target = surface.device;
     target.patternBlt(GRect(2.7, 3.9, 6.2, 8.0), BLACKNESS);
     // left 2, top 3, width 3, height 4.
     EXPECT_EQ(pixelAt(target, 2, 3), RGB(0, 0, 0));
@@ -171,7 +151,7 @@ TEST(GDeviceRaster, PatternAndBitBlt)
     EXPECT_EQ(pixelAt(target, 4, 7), white);
 
     GBitmap sourceBitmap = colourBitmap(10, 10);
-    GMemoryDevice source(screen, sourceBitmap);
+    GMemoryDevice source(surface.screen, sourceBitmap);
     source.clear();
     SetPixel(source, 3, 4, red);
     target.clear();
@@ -182,17 +162,14 @@ TEST(GDeviceRaster, PatternAndBitBlt)
 
 TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(20, 20);
-    GMemoryDevice target(screen, targetBitmap);
-    fill(target, 0, 0, 20, 20, blue);
+    ReadBack<> surface(20, 20, blue);
+    GMemoryDevice &target = surface.device;
     SetBkColor(target, RGB(1, 2, 3));
     SetTextColor(target, RGB(4, 5, 6));
 
     GBitmap sourceBitmap = colourBitmap(4, 4);
-    GMemoryDevice source(screen, sourceBitmap);
-    fill(source, 0, 0, 4, 4, white);
+    GMemoryDevice source(surface.screen, sourceBitmap);
+    fillDevice(source, 0, 0, 4, 4, white);
     SetPixel(source, 1, 2, red);
     target.transBlt(GPoint(5, 6), source, GPoint(100, 100), GColor(255, 255, 255));
     EXPECT_EQ(pixelAt(target, 6, 8), red);
@@ -202,7 +179,7 @@ TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
     EXPECT_EQ(GetTextColor(target), RGB(4, 5, 6));
 
     // A source all of the transparent colour leaves the target as it was.
-    fill(source, 0, 0, 4, 4, white);
+    fillDevice(source, 0, 0, 4, 4, white);
     target.transBlt(GPoint(0, 0), source, GPoint(), GColor(255, 255, 255));
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x)
@@ -211,11 +188,8 @@ TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
 
 TEST(GDeviceRaster, DeviceBitsGoBothWaysTopDown)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(8, 5);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(8, 5);
+    GMemoryDevice &target = surface.device;
 
     std::vector<DWORD> bits(2 * 3, 0x00FFFFFF);
     bits[0] = 0x00FF0000; // blue-green-red order: red at row 0, column 0
@@ -243,11 +217,8 @@ TEST(GDeviceRaster, DeviceBitsGoBothWaysTopDown)
 
 TEST(GDeviceRaster, MetafileKeepsItsShapeCentredFromTheOrigin)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap targetBitmap = colourBitmap(100, 100);
-    GMemoryDevice target(screen, targetBitmap);
-    target.clear();
+    ReadBack<> surface(100, 100);
+    GMemoryDevice &target = surface.device;
 
     HDC recorder = CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr);
     HBRUSH black = HBRUSH(GetStockObject(BLACK_BRUSH));

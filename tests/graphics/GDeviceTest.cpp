@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "TeskWin.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 #include "graphics/DeviceProbes.h"
 
 namespace {
@@ -47,10 +47,8 @@ TEST(GDevice, WithoutAHandleSelectionAndConversionAreNeutral)
 
 TEST(GDevice, ScaledModeFitsTheWindowIntoTheArea)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(200, 200);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(200, 200);
+    ProbeDevice &device = surface.device;
 
     // 100 wide by 50 high on 200 by 200: ratios 2 and 4, the smaller wins.
     device.setWindow(0, 100, 50, 0);
@@ -78,7 +76,7 @@ TEST(GDevice, ScaledModeFitsTheWindowIntoTheArea)
 
     // The offset is truncated once when made and the sum again: -4.95 gives -4.
     GBitmap wide = colourBitmap(150, 150);
-    ProbeDevice scaled(screen, wide);
+    ProbeDevice scaled(surface.screen, wide);
     scaled.setWindow(3.3, 103.3, 10, 0);
     EXPECT_EQ(scaled.reduced().scale, 1.5);
     EXPECT_EQ(scaled.reduced().offsetX, -4);
@@ -109,10 +107,8 @@ TEST(GDevice, ScaledModeFitsTheWindowIntoTheArea)
 
 TEST(GDevice, DegenerateExtentsFollowTwoRoutes)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(10, 10);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(10, 10);
+    ProbeDevice &device = surface.device;
     GMapMode zero(scaledMappingMode);
     zero.setWindowOrg(GPoint(5.5, -7.2));
     zero.setViewportExt(GPoint(100, 100));
@@ -142,10 +138,8 @@ TEST(GDevice, DegenerateExtentsFollowTwoRoutes)
 
 TEST(GDevice, PlatformModesLeaveTheMappingToThePlatform)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(64, 64);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(64, 64);
+    ProbeDevice &device = surface.device;
     device.setWindow(0, 10, 10, 0);
     ASSERT_EQ(device.reduced().scale, 6.4);
 
@@ -192,11 +186,8 @@ TEST(GDevice, PlatformModesLeaveTheMappingToThePlatform)
 
 TEST(GDevice, SelectionKeepsObjectsAndTheBrushSetsTheBackground)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(20, 20);
-    ProbeDevice device(screen, bitmap);
-    device.clear();
+    ReadBack<ProbeDevice> surface(20, 20);
+    ProbeDevice &device = surface.device;
 
     HPEN penHandle;
     {
@@ -256,10 +247,8 @@ TEST(GDevice, SelectionKeepsObjectsAndTheBrushSetsTheBackground)
 
 TEST(GDevice, FontSelectionRefreshesMetricsOnlyForAnotherFont)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(8, 8);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(8, 8);
+    ProbeDevice &device = surface.device;
 
     const GFont tahoma(-30, "Tahoma", GFont::Plain, 0, 0);
     device.setFont(tahoma);
@@ -282,13 +271,11 @@ TEST(GDevice, FontSelectionRefreshesMetricsOnlyForAnotherFont)
 // A face the platform refuses in one character set is tried again in the system's.
 TEST(GDevice, FontSelectionRetriesInTheSystemsCharacterSet)
 {
-    ExpectNoLeaks leaks;
     const UINT codePage = GetACP();
     if (codePage == 932 || codePage == 936 || codePage == 949 || codePage == 950 || codePage == 1253)
         GTEST_SKIP() << "code page " << codePage << " has a character set of its own";
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(8, 8);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(8, 8);
+    ProbeDevice &device = surface.device;
 
     // Marlett has only symbol glyphs; asked for in ANSI the platform takes another face.
     const GFont marlett(-20, "Marlett", GFont::Plain, 0, 0);
@@ -312,11 +299,8 @@ TEST(GDevice, FontSelectionRetriesInTheSystemsCharacterSet)
 
 TEST(GDevice, ClipRegionsAreInDeviceUnits)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(40, 40);
-    ProbeDevice device(screen, bitmap);
-    device.clear();
+    ReadBack<ProbeDevice> surface(40, 40);
+    ProbeDevice &device = surface.device;
     EXPECT_FALSE(device.getClipRegion().isValid());
 
     // Untranslated, even in the library's own mode.
@@ -347,18 +331,16 @@ TEST(GDevice, ClipRegionsAreInDeviceUnits)
 
 TEST(GDevice, FlushEndsWithTheDevicesBrush)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(8, 8);
-    ProbeDevice device(screen, bitmap);
+    ReadBack<ProbeDevice> surface(8, 8);
+    ProbeDevice &device = surface.device;
     device.setBrush(GBrush(GColor::Red));
     HGDIOBJ selected = GetCurrentObject(device, OBJ_BRUSH);
-    const int before = leaks.counter.created();
+    const int before = surface.leaks.counter.created();
     device.flush();
     EXPECT_EQ(GetCurrentObject(device, OBJ_BRUSH), selected);
     // Twenty black brushes, each gone once the null brush replaced it.
-    EXPECT_EQ(leaks.counter.created() - before, 20);
-    EXPECT_EQ(GetObjectType(leaks.counter.lastCreated()), 0u);
+    EXPECT_EQ(surface.leaks.counter.created() - before, 20);
+    EXPECT_EQ(GetObjectType(surface.leaks.counter.lastCreated()), 0u);
     PatBlt(device, 0, 0, 8, 8, PATCOPY);
     EXPECT_EQ(pixelAt(device, 4, 4), RGB(255, 0, 0));
 }

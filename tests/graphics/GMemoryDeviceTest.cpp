@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "TeskWin.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 #include "graphics/DeviceProbes.h"
 
 namespace {
@@ -33,17 +33,12 @@ TEST(GMemoryDevice, AreaIsTheBitmapsSize)
 
 TEST(GMemoryDevice, ClearWhitensTheWholeBitmapInAnyScaledWindow)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(30, 20);
-    ProbeDevice device(screen, bitmap);
-    PatBlt(device, 0, 0, 30, 20, BLACKNESS);
+    ReadBack<ProbeDevice> surface(30, 20, RGB(0, 0, 0));
+    ProbeDevice &device = surface.device;
     device.setWindow(-100, -90, 50, 40);
     ASSERT_NE(device.reduced().offsetX, 0);
     device.clear();
-    for (int y = 0; y < 20; ++y)
-        for (int x = 0; x < 30; ++x)
-            ASSERT_EQ(pixelAt(device, x, y), RGB(255, 255, 255)) << x << "," << y;
+    EXPECT_EQ(surface.countPixels(RGB(255, 255, 255)), 30 * 20);
 }
 
 TEST(GMemoryDevice, TheBitmapOutlivesTheDeviceWithItsContents)
@@ -81,16 +76,15 @@ TEST(GMemoryDevice, TheBitmapOutlivesTheDeviceWithItsContents)
 
 TEST(GMemoryDevice, RestoresTheOldBitmapOnce)
 {
-    ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(5, 5);
-    GMemoryDevice device(screen, bitmap);
-    EXPECT_EQ(device.RestoreOldBitmap(), HBITMAP(bitmap));
-    EXPECT_NE(GetCurrentObject(device, OBJ_BITMAP), HBITMAP(bitmap));
+    ReadBack<> surface(5, 5);
+    GMemoryDevice &device = surface.device;
+    const HBITMAP bitmap = surface.bitmap;
+    EXPECT_EQ(device.RestoreOldBitmap(), bitmap);
+    EXPECT_NE(GetCurrentObject(device, OBJ_BITMAP), bitmap);
     EXPECT_EQ(device.RestoreOldBitmap(), nullptr);
     // The bitmap is free to go into another handle.
-    GMemoryDevice other(screen, bitmap);
-    EXPECT_EQ(GetCurrentObject(other, OBJ_BITMAP), HBITMAP(bitmap));
+    GMemoryDevice other(surface.screen, surface.bitmap);
+    EXPECT_EQ(GetCurrentObject(other, OBJ_BITMAP), bitmap);
 }
 
 TEST(GMonoMemoryDevice, AlwaysDrawsWhite)

@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "TeskWin.h"
-#include "graphics/LeakCheck.h"
+#include "support/ReadBack.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 #include "foundation/ScratchFiles.h"
 #include "imaging/TestImages.h"
+#include "support/ReadBack.h"
 
 #include <gtest/gtest.h>
 
@@ -300,11 +301,8 @@ TEST(GImage, MakeBitmapDrawsThePicture)
     EXPECT_EQ(objects.live(), 1); // the bitmap, and nothing else
     EXPECT_EQ(bitmap.getSize().getX(), 2);
 
-    HDC dc = CreateCompatibleDC(nullptr);
-    HGDIOBJ old = SelectObject(dc, bitmap.getHandle());
-    EXPECT_EQ(GetPixel(dc, 0, 0), RGB(255, 0, 0));
-    EXPECT_EQ(GetPixel(dc, 1, 1), RGB(0, 0, 255));
-    EXPECT_EQ(GetPixel(dc, 1, 0), RGB(0, 0, 0));
-    SelectObject(dc, old);
-    DeleteDC(dc);
+    const PlatformPixels read(bitmap);
+    EXPECT_EQ(read.pixel(0, 0), RGB(255, 0, 0));
+    EXPECT_EQ(read.pixel(1, 1), RGB(0, 0, 255));
+    EXPECT_EQ(read.pixel(1, 0), RGB(0, 0, 0));
 }

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "TeskWin.h"
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/TestApplication.h"
 
 namespace {
 
@@ -58,7 +59,7 @@ TEST_F(PCursorTest, StockCursorsAreSharedAndNeverDestroyed)
 
 TEST_F(PCursorTest, ResourceCursorIsDestroyedOnceByItsLastCopy)
 {
-    TestApp app;
+    TestApplication app;
     HCURSOR expected = LoadCursorA(GetModuleHandleA(nullptr), "TESTCURSOR");
     ASSERT_NE(nullptr, expected);
     {
@@ -85,7 +86,7 @@ TEST_F(PCursorTest, ResourceCursorIsDestroyedOnceByItsLastCopy)
 
 TEST_F(PCursorTest, ResourceIconIsDestroyedOnceByItsLastCopy)
 {
-    TestApp app;
+    TestApplication app;
     HICON expected = LoadIconA(GetModuleHandleA(nullptr), "TESTICON");
     ASSERT_NE(nullptr, expected);
     {

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include "TeskWin.h"
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/TestApplication.h"
+#include "widgets/TestResources.h"
 
 namespace {
 
@@ -31,7 +33,7 @@ std::vector<unsigned short> idsOf(PMenu &menu)
 
 TEST(PMenu, LoadsFromResourcesAndReadsItems)
 {
-    TestApp app;
+    TestApplication app;
     PMenu bar(PString("TESTMENU"), &app);
     ASSERT_EQ(1, bar.isValid());
     EXPECT_TRUE(bar.getName() == "TESTMENU");
@@ -152,7 +154,7 @@ TEST(PMenu, SubMenusAndOwnership)
 
 TEST(PMenu, StateOfAllItems)
 {
-    TestApp app;
+    TestApplication app;
     PMenu bar(PString("TESTMENU"), &app);
     bar.grayAll(0);
     PMenu edit = bar.getSubMenu(1);
@@ -224,7 +226,7 @@ TEST(PMenu, TrackMenuPopsUpTheFirstEntryAtTruncatedPoint)
     EXPECT_EQ(GPoint(12.7, 30.2), empty.getMenuPos());
     EXPECT_EQ(99u, trackedFlags);
 
-    TestApp app;
+    TestApplication app;
     PMenu bar(PString("TESTMENU"), &app);
     EXPECT_EQ(7, bar.trackMenu(nullptr, GPoint(-3.9, 8.9)));
     EXPECT_EQ(-3, trackedX);

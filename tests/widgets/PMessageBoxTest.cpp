@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "TeskWin.h"
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/TestApplication.h"
 
 #include <string>
 
@@ -83,7 +84,7 @@ TEST_F(PMessageBoxTest, AnswersBecomeTheLibrarysCodes)
 
 TEST_F(PMessageBoxTest, OwnerWindowOnlyWhileValid)
 {
-    TestApp app;
+    TestApplication app;
     OwnerWindow *owner = new OwnerWindow(&app);
     HWND window = CreateWindowExA(0, "STATIC", "owner", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
     ASSERT_NE(nullptr, window);

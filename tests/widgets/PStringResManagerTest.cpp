@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "widgets/TestApp.h"
+#include "TeskWin.h"
+#include "support/TestApplication.h"
+#include "widgets/TestResources.h"
 
 #include <string>
 
@@ -9,6 +11,12 @@ namespace {
 std::string text(PString const &string)
 {
     return std::string(static_cast<char const *>(string));
+}
+
+void translateCaptions(TestApplication &app)
+{
+    app.translateKey(GSFatalCaption, IDS_FATAL_CAPTION);
+    app.translateKey(GSWarningCaption, IDS_WARNING_CAPTION);
 }
 
 } // namespace
@@ -22,7 +30,7 @@ TEST(PStringResManager, ReadsPlainIds)
     PStringResManager none(static_cast<HINSTANCE>(nullptr));
     EXPECT_EQ("String Resource Error, No handle available.", text(none.get(IDS_GREETING)));
 
-    TestApp app;
+    TestApplication app;
     app.resourceModule = GetModuleHandleA("user32.dll");
     PStringResManager copy(&app);
     EXPECT_EQ("String Resource Error! (100)", text(copy.get(IDS_GREETING)));
@@ -40,10 +48,11 @@ TEST(PStringResManager, GenericKeysNeedAConsoleApplication)
     EXPECT_EQ("String Resource Error, No handle available.", text(manager.get(GSFatalCaption)));
 
     {
-        TestApp untranslated;
+        TestApplication untranslated;
         EXPECT_EQ("String Resource Error! (1)", text(manager.get(GSWarningCaption)));
     }
-    KeyedTestApp app;
+    TestApplication app;
+    translateCaptions(app);
     EXPECT_EQ("Test fatal", text(manager.get(GSFatalCaption)));
     EXPECT_EQ("Test warning", text(manager.get(GSWarningCaption)));
     // An untranslated key is named in the error, not the id.
@@ -68,7 +77,8 @@ TEST(PStringResManager, FormatsMessages)
     // An error text is formatted like any message.
     EXPECT_EQ("String Resource Error! (42)", text(manager.getFormatMsg(42, none)));
 
-    KeyedTestApp app;
+    TestApplication app;
+    translateCaptions(app);
     EXPECT_EQ("Test warning", text(manager.getFormatMsg(GSWarningCaption, none)));
 }
 
@@ -91,7 +101,7 @@ TEST(PStringResManager, ProcessWideManagerFollowsTheApplication)
     ASSERT_NE(nullptr, shared);
     EXPECT_EQ("Hello from the string table", text(shared->get(IDS_GREETING)));
 
-    TestApp app;
+    TestApplication app;
     app.resourceModule = GetModuleHandleA("user32.dll");
     EXPECT_EQ(shared, getStringResManager());
     EXPECT_EQ("String Resource Error! (100)", text(shared->get(IDS_GREETING)));

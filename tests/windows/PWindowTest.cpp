@@ -1,13 +1,22 @@
 #include <gtest/gtest.h>
 
+#include "TeskWin.h"
 #include "support/ImportPatch.h"
-#include "widgets/TestApp.h"
+#include "support/ReadBack.h"
+#include "support/TestApplication.h"
+#include "widgets/TestResources.h"
 
 #include <string>
 
 namespace {
 
-KeyedTestApp theApp;
+// The message boxes' captions come from the program's string table.
+TestApplication theApp = [] {
+    TestApplication app;
+    app.translateKey(GSFatalCaption, IDS_FATAL_CAPTION);
+    app.translateKey(GSWarningCaption, IDS_WARNING_CAPTION);
+    return app;
+}();
 
 class TestWindow : public PWindow {
 public:
@@ -198,17 +207,11 @@ namespace {
 // The colour at (3, 3) of a window's client area, as it stands on the screen.
 COLORREF pixelOf(HWND window)
 {
+    const PlatformPixels copy(1, 1, RGB(0, 0, 0));
     HDC dc = GetDC(window);
-    HDC memory = CreateCompatibleDC(dc);
-    HBITMAP bitmap = CreateCompatibleBitmap(dc, 4, 4);
-    HGDIOBJ old = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, 4, 4, dc, 2, 2, SRCCOPY);
-    COLORREF pixel = GetPixel(memory, 1, 1);
-    SelectObject(memory, old);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    BitBlt(copy, 0, 0, 1, 1, dc, 3, 3, SRCCOPY);
     ReleaseDC(window, dc);
-    return pixel;
+    return copy.pixel(0, 0);
 }
 
 } // namespace

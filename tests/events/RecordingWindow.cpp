@@ -1,4 +1,4 @@
-#include "EventTestSupport.h"
+#include "RecordingWindow.h"
 
 #include <sstream>
 
@@ -211,7 +211,7 @@ int RecordingWindow::vKeyToItem(unsigned int key, unsigned int caret)
     return 77;
 }
 
-void registerTestClass(TestApp &app)
+void registerTestClass(TestApplication &app)
 {
     EventLog unused;
     RecordingWindow probe(nullptr, &app, unused, "probe");

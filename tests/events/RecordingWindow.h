@@ -1,69 +1,16 @@
-// EventTestSupport.h - an application and window objects that record what reaches them.
+// RecordingWindow.h - window objects that record what reaches them.
 //
-//   TestApp          a PAppInterface whose answers the tests set and whose calls they count
 //   RecordingWindow  a PWindowObject on a real window of the class "EventsTestWindow", run by
 //                    PWindowProc; every handler appends a line to a shared log
 #pragma once
 
-#include "events/PAppInterface.h"
+#include "support/TestApplication.h"
 #include "events/PWindowObject.h"
 
 #include <windows.h>
 
 #include <string>
 #include <vector>
-
-class TestApp : public PAppInterface {
-public:
-    ~TestApp() = default;
-
-    int idleAction() override { return ++idleCount; }
-    PWindowObject *createMainWindow() override { return nullptr; }
-    PWindowObject *getMainWindow() override { return mainWindow; }
-    void setMainWindow(PWindowObject *window) override { mainWindow = window; }
-    PStatusBar *getStatusBar() override { return nullptr; }
-    void showMainWindow(int command) override { shownCommand = command; }
-    PProgressBar *getProgressBar() override { return nullptr; }
-    int canExit() override { ++exitAsked; return exitAllowed; }
-    void setProgressBar(PProgressBar *) override {}
-    PAccel *getAccelerators() override { return accelerators; }
-    void setAccelerators(PAccel *value) override { accelerators = value; }
-    unsigned long getHelpContext() override { return 0; }
-    void setHelpContext(unsigned long) override {}
-    int hotKeyEvent(PEvent const &event) override { hotKeys.push_back(event.getWParam()); return hotKeyAnswer; }
-    int capturedKeyEvent(PEvent const &event) override { capturedKeys.push_back(event.getWParam()); return capturedKeyAnswer; }
-
-    HINSTANCE getInstance() const override { return GetModuleHandleA(nullptr); }
-    HINSTANCE getResourceModule() const override { return GetModuleHandleA(nullptr); }
-    PString getCommandLine() const override { return PString(); }
-    int getShowCommand() const override { return SW_SHOW; }
-    PString getProgramPath() const override { return PString(); }
-    PString getAppName() const override { return PString("EventsTest"); }
-    PString getCompanyName() const override { return PString(); }
-    PString getVersion() const override { return PString(); }
-    PString getHelpFile() const override { return PString(); }
-    PString getWorkingFolder() const override { return PString(); }
-    PString getTempPrefix() const override { return PString(); }
-    int getLanguage() const override { return 0; }
-    int getCodePage() const override { return 0; }
-    int isInteractive() const override { return 0; }
-    int initInstance() override { return 1; }
-    int run() override { return 0; }
-    int exitInstance() override { return 0; }
-    int getStringId(int) const override { return 0; }
-    void setExitCode(int) override {}
-
-    PWindowObject *mainWindow = nullptr;
-    PAccel *accelerators = nullptr;
-    int idleCount = 0;
-    int exitAllowed = 1;
-    int exitAsked = 0;
-    int shownCommand = -1;
-    int hotKeyAnswer = 0;
-    int capturedKeyAnswer = 0;
-    std::vector<unsigned int> hotKeys;
-    std::vector<unsigned int> capturedKeys;
-};
 
 using EventLog = std::vector<std::string>;
 
@@ -126,6 +73,6 @@ private:
 };
 
 // Registers the test class once.
-void registerTestClass(TestApp &app);
+void registerTestClass(TestApplication &app);
 // Sends every queued message of the thread to its window.
 void pumpMessages();

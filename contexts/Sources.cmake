@@ -1,0 +1,1 @@
+teskwin_classes(contexts GContext GPainter GDC PRectangle)
