@@ -1,5 +1,5 @@
 #include "contexts/PRectangle.h"
-#include "graphics/GDevice.h"
+#include "contexts/GContext.h"
 
 #include <cmath>
 
@@ -40,12 +40,12 @@ void PRectangle::recalculate()
     upperRightCorner = GPoint(rightX + b, rightY - a);
 }
 
-void PRectangle::draw(GDevice &device)
+void PRectangle::draw(GContext &context)
 {
     recalculate();
-    device.moveTo(lowerLeftCorner);
-    device.lineTo(lowerRightCorner);
-    device.lineTo(upperRightCorner);
-    device.lineTo(upperLeftCorner);
-    device.lineTo(lowerLeftCorner);
+    context.moveTo(lowerLeftCorner);
+    context.lineTo(lowerRightCorner);
+    context.lineTo(upperRightCorner);
+    context.lineTo(upperLeftCorner);
+    context.lineTo(lowerLeftCorner);
 }

@@ -7,7 +7,7 @@
 #include "foundation/PFFloat.h"
 #include "foundation/TeskWinExport.h"
 
-class GDevice;
+class GContext;
 
 // The upper corners are stale after a setter until recalculate or draw runs.
 class TESKWIN_API PRectangle {
@@ -27,9 +27,8 @@ public:
     // The upper corners from the base turned a quarter turn, at the height's distance.
     void recalculate();
     // Recalculates, then the outline from the lower left round through the device's
-    // moveTo and lineTo, with its current pen; nothing is filled. Any device will do,
-    // a context among them.
-    void draw(GDevice &device);
+    // moveTo and lineTo, with its current pen; nothing is filled.
+    void draw(GContext &context);
 
 private:
     GPoint lowerLeftCorner;

@@ -2,7 +2,8 @@
 #include <windows.h>
 
 #include "TeskWin.h"
-#include "graphics/DeviceProbes.h"
+#include "support/TestApplication.h"
+#include "windows/WindowProbes.h"
 #include "support/ReadBack.h"
 
 namespace {
@@ -61,21 +62,26 @@ TEST(PRectangle, SettersStoreWithoutRecalculating)
 TEST(PRectangle, DrawsItsOutlineWithTheCurrentPen)
 {
     ExpectNoLeaks leaks;
-    GMemoryDevice screen;
-    GBitmap bitmap = colourBitmap(40, 40);
-    GMemoryDevice device(screen, bitmap);
-    device.clear();
-    device.setPen(GPen(GColor::Red, 0, LineSolid));
-    PRectangle r(GPoint(5, 30), GPoint(35, 30), 20);
-    r.draw(device);
-    expectCorner(r.upperRight(), 35, 10);
-    const COLORREF red = RGB(255, 0, 0), white = RGB(255, 255, 255);
-    EXPECT_EQ(pixelAt(device, 20, 30), red);
-    EXPECT_EQ(pixelAt(device, 20, 10), red);
-    EXPECT_EQ(pixelAt(device, 5, 20), red);
-    EXPECT_EQ(pixelAt(device, 35, 20), red);
-    EXPECT_EQ(pixelAt(device, 20, 20), white);    // nothing is filled
-    device.setPen(GPen());
+    TestApplication app;
+    PaintedWindow *window = new PaintedWindow(&app, 120, 90);
+    window->square = RECT{};
+    ASSERT_NE(0, window->registerWindow());
+    ASSERT_EQ(1, window->create());
+    window->updateWindow();
+    {
+        GContext context(window, GCClient);
+        context.setPen(GPen(GColor::Red, 0, LineSolid));
+        PRectangle r(GPoint(5, 30), GPoint(35, 30), 20);
+        r.draw(context);
+        expectCorner(r.upperRight(), 35, 10);
+        context.setPen(GPen());
+    }
+    EXPECT_EQ(pixelAt(*window, 20, 30), probeRed);
+    EXPECT_EQ(pixelAt(*window, 20, 10), probeRed);
+    EXPECT_EQ(pixelAt(*window, 5, 20), probeRed);
+    EXPECT_EQ(pixelAt(*window, 35, 20), probeRed);
+    EXPECT_EQ(pixelAt(*window, 20, 20), probeWhite); // nothing is filled
+    PWindowObject::deleteWindow(window);
 }
 
 } // namespace
