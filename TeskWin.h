@@ -18,6 +18,7 @@
 #include "foundation/PVector.h"
 #include "foundation/PNumerics.h"
 #include "foundation/PBezier.h"
+#include "foundation/POutlines.h"
 #include "foundation/GColor.h"
 #include "foundation/PRefCount.h"
 #include "graphics/GRect.h"

@@ -7,7 +7,7 @@
 // (three bytes). Operations work in stored rows, row 0 being the bottom of the picture;
 // getPixel, setPixel and getSubImage take picture coordinates with y down. Operations that
 // change the picture set the modified flag. Results: 0 success, 3 no memory, 5 file not
-// written, 7 empty image or impossible argument.
+// written, 7 empty image or impossible argument; outline tracing adds 1 and 2.
 #pragma once
 
 #include "foundation/TeskWinExport.h"
@@ -15,6 +15,7 @@
 #include "foundation/GPoint.h"
 #include "foundation/PCoord.h"
 #include "foundation/PList.h"
+#include "foundation/POutlines.h"
 #include "foundation/PString.h"
 #include "graphics/GBitmap.h"
 #include "graphics/GPalette.h"
@@ -25,8 +26,16 @@ struct DibPicture;
 
 class TESKWIN_API GImage {
 public:
-    // Results of the image operations.
-    enum Result { resultOk = 0, resultNoMemory = 3, resultNotWritten = 5, resultImpossible = 7 };
+    // Results of the image operations. Outline tracing adds two: nothing found or the trace
+    // abandoned, and no memory for the chain of a contour.
+    enum Result {
+        resultOk = 0,
+        resultNothingTraced = 1,
+        resultNoChainMemory = 2,
+        resultNoMemory = 3,
+        resultNotWritten = 5,
+        resultImpossible = 7
+    };
 
     GImage();
     // A zero-filled image; numColors 2, 16 and 256 give 1, 4 and 8 bits, any other value 0 bits.
@@ -53,6 +62,9 @@ public:
     virtual int rotate(float degrees, GColor const &background, int interpolate);
     // An adaptive palette of at most n colours from an octree; true colour becomes 8-bit.
     virtual int octreeReduction(unsigned short n);
+    // The closed outline of the region at a picture point (y down) whose values lie from the
+    // value there up to `range` above it; 8-bit palette images only.
+    virtual int outlineTrace(PCoord<double> const &point, POutlines &outline, unsigned char range);
 
     unsigned short getWidth() const;
     unsigned short getHeight() const;
@@ -127,6 +139,10 @@ public:
     // Removes boundary pixels of the shapes on a background index, for at most ten rounds.
     int thinning(GColor const &background);
 
+    // Every region's outline, band by band of `range` values above each index, skipping `skip`
+    // indices after each band; the most frequent index is background. Outlines are added.
+    int outlineTrace(unsigned char range, unsigned char skip, PList<POutlines> &outlines);
+
 protected:
     // The start of a pixel in stored rows; no range check.
     unsigned char *pixelAddr(unsigned short row, unsigned short column);
@@ -142,6 +158,11 @@ protected:
     unsigned long *buildHistogram();
     // Running sums of a histogram: an array from PGlobalAlloc, or null.
     unsigned long *buildIntegrate(unsigned long const *histogram);
+    // The outline of the region of `image` at a picture point, retrying left of isolated pixels;
+    // traced parts are remembered so that a region is delivered once.
+    int traceOne(GImage *image, PCoord<double> const &point, POutlines &outline, unsigned char range);
+    // One attempt from the region's left edge on the point's row.
+    int traceSingleOutline(GImage *image, PCoord<double> const &point, POutlines &outline, unsigned char range);
     // Frees header and pixels, leaving the image empty.
     void release();
 
@@ -194,6 +215,11 @@ private:
         return i < static_cast<unsigned int>(colorTable.entryCount) ? colorTable.entries[i] : noColor;
     }
     static const GColor noColor;
+    // Whether outlines can be traced: 8 bits a pixel, a palette and every row present.
+    bool traceable() const;
+    // The band a point's trace starts with; false on bad input, with the result in `result`.
+    bool traceBand(GImage *image, PCoord<double> const &point, unsigned char range, unsigned char &low,
+                   unsigned char &high, int &result);
     // Byte offset of a picture position, or -1 when the pixel's `bytes` lie outside the buffer.
     long long pictureOffset(unsigned long y, unsigned long x, unsigned int bytes) const;
     // The values a histogram, and the tables built from it, range over.
