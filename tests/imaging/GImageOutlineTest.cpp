@@ -215,3 +215,24 @@ TEST(GImageOutline, LongContoursAndEscapeAbandonTheTrace)
     EXPECT_EQ(outlines.length(), 0u);
     EXPECT_EQ(square.outlineTrace(PCoord<double>(1, 1), outline, 0), 1);
 }
+
+TEST(POutlines, CopiesAndAssignmentsKeepValueAndPoints)
+{
+    PList<PCoord<double>> corners;
+    corners.add(PCoord<double>(1, 2));
+    corners.add(PCoord<double>(3, 4));
+    POutlines outline(9, corners);
+    corners.empty();
+    EXPECT_EQ(pointsOf(outline), (Points{{1, 2}, {3, 4}}));
+
+    POutlines copy(outline);
+    POutlines assigned;
+    assigned = outline;
+    POutlines &self = assigned;
+    assigned = self;
+    for (POutlines const *o : {&copy, &assigned}) {
+        EXPECT_EQ(o->getValue(), 9);
+        EXPECT_EQ(pointsOf(*o), (Points{{1, 2}, {3, 4}}));
+    }
+    EXPECT_EQ(POutlines().getPoints().length(), 0u);
+}
