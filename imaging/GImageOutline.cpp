@@ -94,7 +94,6 @@ public:
         low = newLow;
         high = newHigh;
     }
-    unsigned char bandLow() const { return low; }
 
     // The byte of a picture position, row 0 at the top: the last stored row.
     unsigned long index(int row, int column) const
@@ -301,19 +300,6 @@ private:
     unsigned char *visited;
 };
 
-// Frees a histogram on every way out.
-class HistogramHold {
-public:
-    explicit HistogramHold(unsigned long *counts) : counts(counts) {}
-    HistogramHold(HistogramHold const &) = delete;
-    HistogramHold &operator=(HistogramHold const &) = delete;
-    ~HistogramHold() { PGlobalFree(counts); }
-    unsigned long const *get() const { return counts; }
-
-private:
-    unsigned long *counts;
-};
-
 } // namespace
 
 bool GImage::traceable() const
@@ -327,12 +313,13 @@ int GImage::outlineTrace(unsigned char range, unsigned char skip, PList<POutline
     if (!header || !pixels || !traceable())
         return resultImpossible;
     const unsigned int n = numColors();
-    HistogramHold histogram(buildHistogram());
-    if (!histogram.get())
+    unsigned long *histogram = buildHistogram();
+    if (!histogram)
         return resultNoMemory;
+    const DibGlobalBlock histogramBlock(histogram);
     unsigned int background = 0;
     for (unsigned int i = 1; i < n; ++i)
-        if (histogram.get()[i] > histogram.get()[background])
+        if (histogram[i] > histogram[background])
             background = i;
     OutlineTracer tracer(pixels, *header);
     // Without the map every start would be found again and again.
@@ -340,10 +327,10 @@ int GImage::outlineTrace(unsigned char range, unsigned char skip, PList<POutline
         return resultNoMemory;
     tracer.markValue(static_cast<unsigned char>(background));
     for (long i = 0; i < static_cast<long>(n); ++i) {
-        if (static_cast<unsigned int>(i) == background || histogram.get()[i] == 0)
+        if (static_cast<unsigned int>(i) == background || histogram[i] == 0)
             continue;
         long j = i + range < static_cast<long>(n) - 1 ? i + range : static_cast<long>(n) - 1;
-        if (histogram.get()[j] == 0)
+        if (histogram[j] == 0)
             j = i;
         // Results 0 and 1 are not told apart: a band without outlines is no failure.
         if (tracer.traceAll(static_cast<unsigned char>(i), static_cast<unsigned char>(j), outlines) ==
@@ -383,14 +370,15 @@ bool GImage::traceBand(GImage *image, PCoord<double> const &point, unsigned char
     if (range == 0)
         return true;
     // The counts are this image's, whichever image is traced.
-    HistogramHold histogram(buildHistogram());
-    if (!histogram.get()) {
+    unsigned long *histogram = buildHistogram();
+    if (!histogram) {
         result = resultNoMemory;
         return false;
     }
+    const DibGlobalBlock histogramBlock(histogram);
     const unsigned int sum = static_cast<unsigned char>(v + range);
     const unsigned int h = sum < n - 1 ? sum : n - 1;
-    if (h < toneLevels() && histogram.get()[h] != 0)
+    if (h < toneLevels() && histogram[h] != 0)
         high = static_cast<unsigned char>(h);
     return true;
 }
