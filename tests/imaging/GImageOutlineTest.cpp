@@ -82,6 +82,20 @@ TEST(GImageOutline, ShapesGiveClosedClockwiseOutlinesFromTheirTopLeft)
     ASSERT_EQ(outlines.length(), 1u);
     EXPECT_EQ(pointsOf(outlines[0]),
               (Points{{1, 1}, {2, 1}, {3, 1}, {3, 2}, {3, 3}, {2, 3}, {1, 3}, {1, 2}, {1, 1}}));
+
+    // In a thicker ring the pixel right of the hole is an untraced left edge: the hole's
+    // boundary follows as a second outline, walked from there.
+    ProbeImage thick = picture({{0, 0, 0, 0, 0, 0, 0},
+                                {0, 1, 1, 1, 1, 1, 0},
+                                {0, 1, 1, 0, 1, 1, 0},
+                                {0, 1, 1, 1, 1, 1, 0},
+                                {0, 0, 0, 0, 0, 0, 0}});
+    outlines.empty();
+    EXPECT_EQ(thick.outlineTrace(0, 0, outlines), 0);
+    ASSERT_EQ(outlines.length(), 2u);
+    EXPECT_EQ(pointsOf(outlines[0]), (Points{{1, 1}, {2, 1}, {3, 1}, {4, 1}, {5, 1}, {5, 2}, {5, 3}, {4, 3}, {3, 3},
+                                            {2, 3}, {1, 3}, {1, 2}, {1, 1}}));
+    EXPECT_EQ(pointsOf(outlines[1]), (Points{{4, 2}, {3, 1}, {2, 2}, {3, 3}, {4, 2}}));
 }
 
 TEST(GImageOutline, RegionsOnTheBorderAndOnlyBackgroundTraceSafely)
