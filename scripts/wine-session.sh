@@ -134,9 +134,13 @@ wine_session_start() {
   wine_setup_step cmd.exe /c exit
 }
 
+# Safe to call twice, and from an exit trap under set -e: nothing in it may fail the caller.
 wine_session_stop() {
-  "${WINESERVER:-$(wine_server_path)}" -k 2>/dev/null
-  [ -n "${WINE_SESSION_XVFB:-}" ] && kill "$WINE_SESSION_XVFB" 2>/dev/null
-  wait 2>/dev/null
+  "${WINESERVER:-$(wine_server_path)}" -k 2>/dev/null || true
+  if [ -n "${WINE_SESSION_XVFB:-}" ]; then
+    kill "$WINE_SESSION_XVFB" 2>/dev/null || true
+    wait "$WINE_SESSION_XVFB" 2>/dev/null || true
+    WINE_SESSION_XVFB=
+  fi
   return 0
 }
