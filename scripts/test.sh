@@ -75,7 +75,7 @@ run_suite() {
     if ! TESKWIN_SETUP_DEADLINE=$(( $(date +%s) + emulated_prefix_limit )) \
         wine_session_start "$builds/test-$arch" "$arch"; then
       wine_session_stop
-      share_outcome="not run: its Wine prefix could not be prepared under emulation within $emulated_prefix_limit s"
+      share_outcome="not run: Wine could not prepare its prefix under emulation (bounded at $emulated_prefix_limit s)"
       echo "test.sh: $arch $share_outcome"
       return 0
     fi

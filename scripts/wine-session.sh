@@ -101,6 +101,7 @@ wine_session_prepare_prefix() {
       wine_setup_step wineboot.exe -i || return 1
       [ -d "$prefix/drive_c/windows" ] && break
     done
+    [ -d "$prefix/drive_c/windows" ] || return 1
   fi
   # Without a window manager, hiding a top-level window stalls unless Wine manages none;
   # a crash must print a backtrace and exit instead of waiting on a dialog.
