@@ -25,30 +25,40 @@ bool samePoint(POINT const &a, POINT const &b)
 
 } // namespace
 
+// --- GDeviceVertexArray
+
+GDeviceVertexArray::~GDeviceVertexArray()
+{
+    std::free(vertices);
+}
+
+void GDeviceVertexArray::takeArrayOf(GDeviceVertexArray &other)
+{
+    if (this == &other)
+        return;
+    std::free(vertices);
+    vertices = other.vertices;
+    capacity = other.capacity;
+    count = other.count;
+    map = other.map;
+    other.vertices = nullptr;
+    other.capacity = other.count = 0;
+}
+
 // --- GDevicePolyline
 
 GDevicePolyline::GDevicePolyline(int n, GMapMode const &mode)
-    : vertices(nullptr), capacity(0), count(0), map(GDevice::getGDeviceMapMode(mode)), room(0)
+    : GDeviceVertexArray(GDevice::getGDeviceMapMode(mode)), room(0)
 {
     resize(n);
-}
-
-GDevicePolyline::~GDevicePolyline()
-{
-    std::free(vertices);
 }
 
 GDevicePolyline &GDevicePolyline::operator=(GDevicePolyline &other)
 {
     if (this != &other) {
-        std::free(vertices);
-        vertices = other.vertices;
-        capacity = other.capacity;
-        count = other.count;
-        map = other.map;
+        takeArrayOf(other);
         room = other.room;
-        other.vertices = nullptr;
-        other.capacity = other.count = other.room = 0;
+        other.room = 0;
     }
     return *this;
 }
@@ -265,7 +275,7 @@ void GDevicePolyPolyline::clip(GRect const &rect)
 // --- GDevicePolyBezier
 
 GDevicePolyBezier::GDevicePolyBezier(int segments, GMapMode const &mode)
-    : vertices(nullptr), capacity(0), count(0), map(GDevice::getGDeviceMapMode(mode))
+    : GDeviceVertexArray(GDevice::getGDeviceMapMode(mode))
 {
     const std::int64_t wanted = 3 * std::int64_t(segments) + 1;
     if (wanted < 1 || wanted > INT_MAX)
@@ -278,22 +288,9 @@ GDevicePolyBezier::GDevicePolyBezier(int segments, GMapMode const &mode)
     }
 }
 
-GDevicePolyBezier::~GDevicePolyBezier()
-{
-    std::free(vertices);
-}
-
 GDevicePolyBezier &GDevicePolyBezier::operator=(GDevicePolyBezier &other)
 {
-    if (this != &other) {
-        std::free(vertices);
-        vertices = other.vertices;
-        capacity = other.capacity;
-        count = other.count;
-        map = other.map;
-        other.vertices = nullptr;
-        other.capacity = other.count = 0;
-    }
+    takeArrayOf(other);
     return *this;
 }
 

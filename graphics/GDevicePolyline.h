@@ -1,5 +1,6 @@
 // GDevicePolyline.h - vertex lists in device integers.
 //
+//   GDeviceVertexArray    the owned array beneath the two growing kinds, handed over rather than copied
 //   GDevicePolyline       a growing list of device vertices, converted once as they are added
 //   GDevicePolyPolyline   fixed-size vertices in closed runs, with line clipping to a rectangle
 //   GDevicePolyBezier     a start vertex and segments of two control points and an end
@@ -19,14 +20,30 @@
 
 #include <new>
 
-class TESKWIN_API GDevicePolyline {
+// The array of a device vertex list. Assignment between lists is a transfer, as of a
+// short-lived list: the target takes the array and the source is left empty, so that the
+// array has one owner.
+class TESKWIN_API GDeviceVertexArray {
+public:
+    GDeviceMapMode getMapMode() const { return map; }
+
+protected:
+    explicit GDeviceVertexArray(GDeviceMapMode map) : vertices(nullptr), capacity(0), count(0), map(map) {}
+    ~GDeviceVertexArray();
+    GDeviceVertexArray(GDeviceVertexArray const &) = delete;
+    GDeviceVertexArray &operator=(GDeviceVertexArray const &) = delete;
+    void takeArrayOf(GDeviceVertexArray &other);
+
+    POINT *vertices;
+    int capacity;
+    int count;
+    GDeviceMapMode map;
+};
+
+class TESKWIN_API GDevicePolyline : public GDeviceVertexArray {
 public:
     // n vertices are allocated at once; n of 0 or less waits for the first vertex.
     GDevicePolyline(int n, GMapMode const &mode);
-    ~GDevicePolyline();
-    GDevicePolyline(GDevicePolyline const &) = delete;
-    // A transfer, as of a short-lived list: this list takes the other's array and the other
-    // is left empty, so that the array has one owner.
     GDevicePolyline &operator=(GDevicePolyline &other);
 
     // Makes room for n vertices; the first allocation is exact, later ones bring 256 spare.
@@ -40,15 +57,10 @@ public:
     void clearVertices() { count = 0; }
     POINT *getVertexArray() const { return vertices; }
     int getCapacity() const { return capacity; }
-    GDeviceMapMode getMapMode() const { return map; }
 
 private:
     void append(int x, int y);
 
-    POINT *vertices;
-    int capacity;
-    int count;
-    GDeviceMapMode map;
     // What is really allocated: it grows by doubling beneath the stated capacity, so that
     // adding vertex by vertex costs linear time.
     int room;
@@ -96,12 +108,9 @@ private:
 };
 
 // Vertex 0 is the start; each segment adds two control points and an end, as PolyBezier expects.
-class TESKWIN_API GDevicePolyBezier {
+class TESKWIN_API GDevicePolyBezier : public GDeviceVertexArray {
 public:
     GDevicePolyBezier(int segments, GMapMode const &mode);
-    ~GDevicePolyBezier();
-    GDevicePolyBezier(GDevicePolyBezier const &) = delete;
-    // A transfer, as with GDevicePolyline.
     GDevicePolyBezier &operator=(GDevicePolyBezier &other);
 
     void setInitialVertex(int x, int y);
@@ -111,16 +120,9 @@ public:
     void addSegment(int x1, int y1, int x2, int y2, int x3, int y3);
     void addSegment(double x1, double y1, double x2, double y2, double x3, double y3);
     void addSegment(PCoord<double> const &c1, PCoord<double> const &c2, PCoord<double> const &end);
-    GDeviceMapMode getMapMode() const { return map; }
 
     POINT const *getVertexArray() const { return vertices; }
     int numVertices() const { return count; }
-
-private:
-    POINT *vertices;
-    int capacity;
-    int count;
-    GDeviceMapMode map;
 };
 
 // The coordinates as given, with no map: the device places them when it draws.
@@ -134,7 +136,7 @@ public:
     }
     ~GDevicePolyBitmap() { delete[] vertices; }
     GDevicePolyBitmap(GDevicePolyBitmap const &) = delete;
-    // A transfer, as with GDevicePolyline.
+    // A transfer, as with GDeviceVertexArray.
     GDevicePolyBitmap &operator=(GDevicePolyBitmap &other)
     {
         if (this != &other) {

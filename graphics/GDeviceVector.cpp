@@ -177,23 +177,21 @@ unsigned int platformTextFlags(unsigned int flags)
 {
     if ((flags & ownStyleBits) == 0)
         return flags;
+    struct StyleBits {
+        unsigned int style;
+        unsigned int platform;
+    };
+    static constexpr StyleBits styleBits[] = {
+        {TextBottomLine, DT_BOTTOM | DT_SINGLELINE}, {TextRight, DT_RIGHT},
+        {TextSingleLine, DT_SINGLELINE},             {TextCentre, DT_CENTER},
+        {TextMiddleLine, DT_VCENTER | DT_SINGLELINE}, {TextExpandTabs, DT_EXPANDTABS},
+        {TextNoClip, DT_NOCLIP},                     {TextOneLine, DT_SINGLELINE},
+    };
     unsigned int value = 0;
-    if (flags & TextBottomLine)
-        value = DT_BOTTOM | DT_SINGLELINE;
-    if (flags & TextRight)
-        value |= DT_RIGHT;
-    if (flags & TextSingleLine)
-        value |= DT_SINGLELINE;
-    if (flags & TextCentre)
-        value |= DT_CENTER;
-    if (flags & TextMiddleLine)
-        value |= DT_VCENTER | DT_SINGLELINE;
-    if (flags & TextExpandTabs)
-        value |= DT_EXPANDTABS;
-    if (flags & TextNoClip)
-        value |= DT_NOCLIP;
-    if (flags & TextOneLine)
-        value |= DT_SINGLELINE;
+    for (StyleBits const &bits : styleBits)
+        if (flags & bits.style)
+            value |= bits.platform;
+    // Word breaking overrides every single-line request.
     if (flags & TextWordBreak)
         value = (value & ~unsigned(DT_SINGLELINE)) | DT_WORDBREAK;
     return value;
