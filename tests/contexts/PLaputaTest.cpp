@@ -129,6 +129,7 @@ TEST(PBitmapLaputa, AssignmentCopiesThePixelsAndKeepsTheGlyph)
     OpenBitmapLaputa nothing(empty);
     const std::vector<COLORREF> before = snapshot(back);
     nothing.beforeDraw(back.device);
+    EXPECT_FALSE(nothing.savedBitmap().isValid());
     nothing.erase(back.device);
     EXPECT_EQ(before, snapshot(back));
 }
