@@ -6,48 +6,21 @@
 #include "windows/WindowProbes.h"
 
 #include <iterator>
+#include <string>
 
 namespace {
 
-// An edit control, for text and fonts.
-class EditControl : public PControl {
+// A control of a named class; with the library's window procedure it hears the marking message.
+class NamedControl : public PControl {
 public:
-    EditControl(PWindowObject *parent, int id) : PControl(parent, id, PString("start"), 10, 10, 150, 24, nullptr) {}
-    char *getClassName() override
+    NamedControl(PWindowObject *parent, int id, char const *className, int x, unsigned long extraStyle = 0)
+        : PControl(parent, id, PString("start"), x, 10, 60, 40, nullptr), className(className)
     {
-        static char name[] = "EDIT";
-        return name;
-    }
-};
-
-// A control of the library's own class, which therefore hears the marking message.
-class MarkedControl : public PControl {
-public:
-    MarkedControl(PWindowObject *parent, int id) : PControl(parent, id, PString(), 10, 10, 60, 40, nullptr)
-    {
-        defaultProc = PWindowProc;
+        style |= extraStyle;
         markRect = GRect(2, 2, 10, 10);
-        setBackground(GBrush(GColor(255, 255, 255)));
     }
-    char *getClassName() override
-    {
-        static char name[] = "TeskWinMarkedControl";
-        return name;
-    }
-};
-
-// A button drawn by its owner: the parent's WM_DRAWITEM reaches drawItem here.
-class OwnerDrawnButton : public PControl {
-public:
-    OwnerDrawnButton(PWindowObject *parent, int id) : PControl(parent, id, PString("b"), 100, 10, 40, 30, nullptr)
-    {
-        style |= BS_OWNERDRAW;
-    }
-    char *getClassName() override
-    {
-        static char name[] = "BUTTON";
-        return name;
-    }
+    char *getClassName() override { return &className[0]; }
+    // Owner drawing, reached through the parent's WM_DRAWITEM.
     void drawItem(tagDRAWITEMSTRUCT *item) override
     {
         drawnId = item->CtlID;
@@ -55,12 +28,20 @@ public:
         FillRect(item->hDC, &item->rcItem, blue);
         DeleteObject(blue);
     }
+    void useLibraryProcedure() { defaultProc = PWindowProc; }
+
+    std::string className;
     UINT drawnId = 0;
 };
 
 PControl *fakeControl(int index)
 {
     return reinterpret_cast<PControl *>(static_cast<INT_PTR>(index + 1));
+}
+
+HFONT fontOf(HWND control)
+{
+    return reinterpret_cast<HFONT>(SendMessageA(control, WM_GETFONT, 0, 0));
 }
 
 } // namespace
@@ -104,20 +85,20 @@ TEST(PControl, TextFontsAndOwnerDrawingOnRealControls)
     ExpectNoLeaks leaks;
     TestApplication app;
     ControlHost *host = new ControlHost(&app);
-    EditControl *edit = new EditControl(host, 7100);
-    OwnerDrawnButton *button = new OwnerDrawnButton(host, 7101);
+    NamedControl *edit = new NamedControl(host, 7100, "EDIT", 10);
+    NamedControl *button = new NamedControl(host, 7101, "BUTTON", 100, BS_OWNERDRAW);
     const GFont first(-12, PString("Arial"), GFont::Plain, 0, 0);
     const GFont second(-20, PString("Arial"), GFont::Bold, 0, 0);
     // Before the window exists the font given comes back, and waits for setupWindow.
-    EXPECT_EQ(static_cast<HFONT>(first), static_cast<HFONT>(edit->setFont(first)));
+    EXPECT_EQ(HFONT(first), HFONT(edit->setFont(first)));
     host->make();
     ASSERT_TRUE(edit->isValidWindow());
     EXPECT_EQ(7100, GetDlgCtrlID(*edit));
     EXPECT_EQ(edit, PControl::getControlPtr(HashedId(7100)));
-    EXPECT_EQ(static_cast<HFONT>(first), reinterpret_cast<HFONT>(SendMessageA(*edit, WM_GETFONT, 0, 0)));
+    EXPECT_EQ(HFONT(first), fontOf(*edit));
     // On a live control the previous font comes back.
-    EXPECT_EQ(static_cast<HFONT>(first), static_cast<HFONT>(edit->setFont(second)));
-    EXPECT_EQ(static_cast<HFONT>(second), reinterpret_cast<HFONT>(SendMessageA(*edit, WM_GETFONT, 0, 0)));
+    EXPECT_EQ(HFONT(first), HFONT(edit->setFont(second)));
+    EXPECT_EQ(HFONT(second), fontOf(*edit));
 
     edit->setText(PString("hello world"));
     EXPECT_EQ(11, edit->getTextLen());
@@ -127,7 +108,6 @@ TEST(PControl, TextFontsAndOwnerDrawingOnRealControls)
     edit->clear();
     EXPECT_EQ(0, GetWindowTextLengthA(*edit));
 
-    // Owner drawing reached the button's slot through the parent.
     EXPECT_EQ(7101u, button->drawnId);
     EXPECT_EQ(RGB(0, 0, 255), pixelAt(*button, 20, 15));
 
@@ -144,36 +124,36 @@ TEST(PControl, DisplayModesDrawTheirMarkOnRequest)
     ExpectNoLeaks leaks;
     TestApplication app;
     ControlHost *host = new ControlHost(&app);
-    MarkedControl *control = new MarkedControl(host, 7200);
+    NamedControl *control = new NamedControl(host, 7200, "TeskWinMarkedControl", 10);
+    control->useLibraryProcedure();
+    control->setBackground(GBrush(GColor(255, 255, 255)));
     ASSERT_NE(0, control->registerWindow());
     host->make();
     ASSERT_TRUE(control->isValidWindow());
-    EXPECT_EQ(probeWhite, pixelAt(*control, 5, 5));
-
+    auto mark = [control] { SendMessageA(*control, PM_DRAWMARK, 0, 0); };
     // Normal mode draws nothing.
-    SendMessageA(*control, PM_DRAWMARK, 0, 0);
+    mark();
     EXPECT_EQ(probeWhite, pixelAt(*control, 5, 5));
 
     // The mark rectangle grown by one, XOR-filled with white through a black frame: the
     // inside inverts, the frame stays; a second message inverts it back.
     EXPECT_EQ(PControl::DMInvert, control->setDisplayMode(PControl::DMInvert));
     control->updateWindow();
-    SendMessageA(*control, PM_DRAWMARK, 0, 0);
+    mark();
     EXPECT_EQ(RGB(0, 0, 0), pixelAt(*control, 2, 2));
     EXPECT_EQ(RGB(0, 0, 0), pixelAt(*control, 9, 9));
     EXPECT_EQ(probeWhite, pixelAt(*control, 1, 1));
     EXPECT_EQ(probeWhite, pixelAt(*control, 10, 10));
-    SendMessageA(*control, PM_DRAWMARK, 0, 0);
+    mark();
     EXPECT_EQ(probeWhite, pixelAt(*control, 5, 5));
     // The same mode again does not repaint.
     control->setDisplayMode(PControl::DMInvert);
     EXPECT_FALSE(GetUpdateRect(*control, nullptr, FALSE));
 
-    // The box: a red frame inside the client area.
+    // The box: a red frame inside the client area, inset by 2 on the right.
     control->setDisplayMode(PControl::DMBox);
-    EXPECT_TRUE(GetUpdateRect(*control, nullptr, FALSE));
     control->updateWindow();
-    SendMessageA(*control, PM_DRAWMARK, 0, 0);
+    mark();
     EXPECT_EQ(probeRed, pixelAt(*control, 30, 1));
     EXPECT_EQ(probeRed, pixelAt(*control, 1, 20));
     EXPECT_EQ(probeRed, pixelAt(*control, 58, 20));

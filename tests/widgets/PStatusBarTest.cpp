@@ -95,29 +95,51 @@ TEST(PStatusBar, SectionsTextAndSimpleModeReadBackFromTheWindow)
     host->shutDownWindow();
 }
 
-TEST(PStatusBar, PercentDoneShowsAProgressBarInTheSecondSection)
+TEST(PStatusBar, PercentDoneShowsAProgressBarInItsSection)
 {
     ExpectNoLeaks leaks;
     TestApplication app;
     ControlHost *host = new ControlHost(&app);
     PStatusBar *bar = madeStatusBar(host);
+    // A progress bar not yet made refuses its settings.
+    PProgressBar *unmade = new PProgressBar(host);
+    EXPECT_EQ(0, unmade->setRange(0, 10));
+    EXPECT_EQ(0, unmade->setStep(2));
+
+    // One section: the text is cleared at once; the bar stands at x 4 with its default width.
+    EXPECT_EQ(0, bar->showPercentDone(10, PString("text")));
+    ASSERT_NE(nullptr, app.progressBar);
+    ASSERT_TRUE(app.progressBar->isValidWindow());
+    EXPECT_EQ(bar, app.progressBar->getParent());
+    EXPECT_EQ("", partText(*bar, 0));
+    RECT placed = placeIn(*app.progressBar, *bar);
+    EXPECT_EQ(4, placed.left);
+    EXPECT_EQ(4, placed.top);
+    EXPECT_EQ(100, placed.right - placed.left);
+    EXPECT_EQ(10, SendMessageA(*app.progressBar, PBM_GETPOS, 0, 0));
+    HWND progressWindow = *app.progressBar;
+    bar->write(PString("again"), 0);
+    bar->clearPercentDone();
+    EXPECT_FALSE(IsWindow(progressWindow));
+    EXPECT_EQ(0u, bar->getChildren().length());
+    EXPECT_EQ("", partText(*bar, 0));
+    // With no progress bar, section 0 is cleared all the same.
+    bar->write(PString("again"), 0);
+    bar->clearPercentDone();
+    EXPECT_EQ("", partText(*bar, 0));
+
+    // Two sections: the bar fills section 1, which is cleared; section 0 keeps the text.
     bar->addSection(100);
     bar->addSection(120);
     EXPECT_EQ(0, bar->showPercentDone(30, PString("working")));
     PProgressBar *progress = app.progressBar;
-    ASSERT_NE(nullptr, progress);
-    ASSERT_TRUE(progress->isValidWindow());
-    EXPECT_EQ(bar, progress->getParent());
-    // The bar fills section 1, which is cleared; section 0 keeps the text.
     const GRect field = bar->getFieldSize(1);
-    const RECT placed = placeIn(*progress, *bar);
+    placed = placeIn(*progress, *bar);
     EXPECT_EQ(field.lVal(), placed.left);
     EXPECT_EQ(field.width(), placed.right - placed.left);
-    EXPECT_EQ(4, placed.top);
     EXPECT_EQ("working", partText(*bar, 0));
     EXPECT_EQ("", partText(*bar, 1));
     EXPECT_EQ(30, SendMessageA(*progress, PBM_GETPOS, 0, 0));
-
     // Later calls move the bar and leave the text.
     EXPECT_EQ(0, bar->showPercentDone(70, PString("other")));
     EXPECT_EQ(70, SendMessageA(*progress, PBM_GETPOS, 0, 0));
@@ -129,38 +151,6 @@ TEST(PStatusBar, PercentDoneShowsAProgressBarInTheSecondSection)
     EXPECT_EQ(100, SendMessageA(*progress, PBM_GETPOS, 0, 0));
     EXPECT_EQ(1, progress->setRange(0, 50));
     EXPECT_EQ(50, SendMessageA(*progress, PBM_GETRANGE, FALSE, 0));
-
-    HWND progressWindow = *progress;
-    bar->clearPercentDone();
-    EXPECT_FALSE(IsWindow(progressWindow));
-    EXPECT_EQ("", partText(*bar, 0));
-    EXPECT_EQ(0u, bar->getChildren().length());
-    // With no progress bar, section 0 is cleared all the same.
-    bar->write(PString("again"), 0);
-    bar->clearPercentDone();
-    EXPECT_EQ("", partText(*bar, 0));
-    host->shutDownWindow();
-}
-
-TEST(PStatusBar, OnOneSectionTheProgressBarStandsAtTheLeft)
-{
-    ExpectNoLeaks leaks;
-    TestApplication app;
-    ControlHost *host = new ControlHost(&app);
-    PStatusBar *bar = madeStatusBar(host);
-    // A progress bar not yet made refuses its settings.
-    PProgressBar *unmade = new PProgressBar(host);
-    EXPECT_EQ(0, unmade->setRange(0, 10));
-    EXPECT_EQ(0, unmade->setStep(2));
-
-    EXPECT_EQ(0, bar->showPercentDone(10, PString("text")));
-    ASSERT_NE(nullptr, app.progressBar);
-    // The text is cleared at once; the bar stands at x 4 with its default width.
-    EXPECT_EQ("", partText(*bar, 0));
-    const RECT placed = placeIn(*app.progressBar, *bar);
-    EXPECT_EQ(4, placed.left);
-    EXPECT_EQ(100, placed.right - placed.left);
-    EXPECT_EQ(10, SendMessageA(*app.progressBar, PBM_GETPOS, 0, 0));
     // The progress bar goes with the window tree when the status bar goes first.
     host->shutDownWindow();
 }
