@@ -4,6 +4,7 @@
 //               a display mode that marks the control in an editor, and owner-draw hooks
 //   PScrollBar  the platform's SCROLLBAR class with its own position logic; tells its parent
 //               of every move as a command from the bar
+//   PM_DRAWMARK the message that asks a control to draw the mark of its display mode
 #pragma once
 
 #include "foundation/HashedId.h"
@@ -18,8 +19,7 @@
 
 class GContext;
 
-// Sent by an application to a control to draw the mark of its display mode; the library never
-// sends it.
+// Sent by an application, never by the library.
 constexpr unsigned int PM_DRAWMARK = WM_USER + 0x103;
 
 class TESKWIN_API PControl : public PWindow {

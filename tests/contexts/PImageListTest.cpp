@@ -43,8 +43,11 @@ TEST(PImageList, ListsAreMadeFilledAndSharedByCopies)
     // A bitmap twice as wide holds two images.
     EXPECT_EQ(0, list.addImage(filledBitmap(32, 16, blue), nullptr));
     EXPECT_EQ(3, list.length());
-    // An image that is not a bitmap is refused.
+    // An image that is not a bitmap is refused; one narrower than the list's images holds
+    // none, which the platform does not call a failure.
     EXPECT_EQ(2, list.addImage(GBitmap(), nullptr));
+    EXPECT_EQ(0, list.addImage(filledBitmap(8, 16, red), nullptr));
+    EXPECT_EQ(3, list.length());
     EXPECT_EQ(0, list.replace(1, filledBitmap(16, 16, green), nullptr));
     EXPECT_EQ(3, list.replace(99, image, nullptr));
     const GRect size = list.getImageSize(2);

@@ -34,6 +34,8 @@ TEST(PTooltip, AttachedToolShowsItsOwnTextWhenTheMouseRests)
     ExpectNoLeaks leaks;
     TestApplication app;
     ControlHost *host = new ControlHost(&app, 320, 240);
+    // Away from the windows of other tests, which could stand under the cursor.
+    host->setLocation(700, 500);
     ChildPane *container = new ChildPane(host, 0, 0, 300, 200);
     ChildPane *tool = new ChildPane(container, 40, 40, 80, 40);
     ChildPane *other = new ChildPane(container, 160, 40, 80, 40);
