@@ -19,11 +19,14 @@ constexpr int firstUniqueId = 6500;
 constexpr int lastUniqueId = 11500;
 constexpr int exhaustedId = 100;
 
+// Moved before it is read: the first id handed out is 6501, and 6500 comes only after a wrap.
 int uniqueIdCounter = firstUniqueId;
 
 int nextUniqueCandidate()
 {
-    return ++uniqueIdCounter > lastUniqueId ? (uniqueIdCounter = firstUniqueId) : uniqueIdCounter;
+    if (++uniqueIdCounter > lastUniqueId)
+        uniqueIdCounter = firstUniqueId;
+    return uniqueIdCounter;
 }
 
 // The frame of dmDrawBox.

