@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "support/ReadBack.h"
 #include "support/TestApplication.h"
 #include "widgets/ControlHost.h"
 
@@ -13,6 +14,7 @@ const HCURSOR cross = LoadCursorA(nullptr, IDC_CROSS);
 
 TEST(PWaitCursor, ScopesShowTheHourglassAndPutBackWhatTheyFound)
 {
+    ExpectNoLeaks leaks;
     TestApplication app;
     ControlHost *host = new ControlHost(&app);
     host->make();
