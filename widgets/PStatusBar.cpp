@@ -67,7 +67,8 @@ int PStatusBar::resize(GPoint const &size)
 void PStatusBar::addSection(int width)
 {
     const int count = static_cast<int>(SendMessageA(hwnd, SB_GETPARTS, 0, 0));
-    if (count < 0)
+    // A live status window always has a part; one that has gone reports none.
+    if (count < 1)
         return;
     std::unique_ptr<int[]> edges(new (std::nothrow) int[count + 1]);
     if (!edges)
@@ -78,10 +79,7 @@ void PStatusBar::addSection(int width)
         SendMessageA(hwnd, SB_SETPARTS, 1, reinterpret_cast<LPARAM>(edges.get()));
         return;
     }
-    if (count > 0)
-        edges[count] = edges[count - 1] + 1 + width;
-    else
-        edges[count] = width;
+    edges[count] = edges[count - 1] + 1 + width;
     SendMessageA(hwnd, SB_SETPARTS, count + 1, reinterpret_cast<LPARAM>(edges.get()));
     SendMessageA(hwnd, WM_SIZE, 0, 0);
 }

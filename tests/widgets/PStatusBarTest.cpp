@@ -90,6 +90,7 @@ TEST(PStatusBar, SectionsTextAndSimpleModeReadBackFromTheWindow)
 
     // A bar whose window has gone has no fields.
     DestroyWindow(*bar);
+    bar->addSection(10);
     EXPECT_EQ(0, bar->numFields());
     EXPECT_EQ(0.0, bar->getFieldSize(1).rVal());
     host->shutDownWindow();
