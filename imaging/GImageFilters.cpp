@@ -7,9 +7,13 @@
 
 #include <windows.h>
 
+#include <emmintrin.h>
+
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <new>
 
 namespace {
@@ -105,43 +109,359 @@ T *windowBlock(unsigned int count)
     return static_cast<T *>(PGlobalAlloc((count > windowEntries ? count : windowEntries) * sizeof(T)));
 }
 
+// Scratch rows of the filters that work in place, from PGlobalAlloc, freed with the scope.
+class ScratchRows {
+public:
+    ScratchRows(unsigned long count, unsigned long bytes)
+        : block(PGlobalAlloc(count * bytes > 0 ? count * bytes : 1)), bytes(bytes)
+    {
+    }
+    bool ok() const { return block.get() != nullptr; }
+    unsigned char *row(unsigned long i) const { return static_cast<unsigned char *>(block.get()) + i * bytes; }
+
+private:
+    DibGlobalBlock block;
+    unsigned long bytes;
+};
+
+// The inner rows of a picture of three rows or more, filtered in place, bottom first:
+// f(window, row) gets the rows below, at and above stored row r as they stood before the
+// filter, and the picture's row r to write. `saved` holds two rows of the picture.
+template <class F>
+void forEachInnerRow(GImageRows const &rows, unsigned char *saved, F &&f)
+{
+    const unsigned long stride = rows.rowBytes();
+    unsigned char *previous = saved, *current = saved + stride;
+    std::memcpy(previous, rows.row(0), stride);
+    for (unsigned long r = 1; r + 1 < rows.count(); ++r) {
+        std::memcpy(current, rows.row(r), stride);
+        unsigned char const *const window[3] = {previous, current, rows.row(r + 1)};
+        f(window, rows.row(r));
+        std::swap(previous, current);
+    }
+}
+
+// A 3 by 3 kernel run along three rows of bytes whose horizontal neighbours lie `step` bytes
+// apart, sixteen positions at a time in 16-bit lanes. The divisor becomes a multiplication,
+// (sum times multiplier) >> (16 + shift), chosen exact for every sum the kernel can make.
+class RowKernel {
+public:
+    RowKernel(short const *kernel, int divisor) : divisor(divisor), lanes(false), multiplier(0), shift(0)
+    {
+        int reach = 0;
+        bool negative = false;
+        for (unsigned int i = 0; i < windowEntries; ++i) {
+            weights[i] = kernel[i];
+            reach += std::abs(kernel[i]) * 255;
+            negative = negative || kernel[i] < 0;
+        }
+        if (reach > 32767 || divisor < 1)
+            return;
+        if (divisor == 1) {
+            lanes = true;
+            return;
+        }
+        // A kernel of positive weights makes sums from 0 to reach; the multiplication is exact
+        // when reach times its excess over 2^(16 + shift) stays below 2^(16 + shift).
+        for (int s = 15; s >= 0 && !negative && !lanes; --s) {
+            const unsigned long long power = 1ull << (16 + s);
+            const unsigned long long m = (power + divisor - 1) / divisor;
+            if (m <= 0xFFFF && reach * (m * divisor - power) < power) {
+                multiplier = static_cast<unsigned short>(m);
+                shift = s;
+                lanes = true;
+            }
+        }
+    }
+
+    // out[j] for positions j from 0 to count - 1, each the kernel's value over the window
+    // whose centre is rows[1][j].
+    void apply(unsigned char const *const rows[3], long step, unsigned long count, unsigned char *out) const
+    {
+        unsigned long j = 0;
+        if (lanes) {
+            Tap taps[windowEntries];
+            unsigned int used = 0;
+            for (unsigned int i = 0; i < windowEntries; ++i)
+                if (weights[i] != 0)
+                    taps[used++] = Tap{rows[i / 3] + (static_cast<long>(i % 3) - 1) * step, _mm_set1_epi16(weights[i])};
+            const __m128i zero = _mm_setzero_si128();
+            for (; j + 16 <= count; j += 16) {
+                __m128i low = zero, high = zero;
+                for (unsigned int t = 0; t < used; ++t) {
+                    const __m128i v = _mm_loadu_si128(reinterpret_cast<__m128i const *>(taps[t].at + j));
+                    low = _mm_add_epi16(low, _mm_mullo_epi16(_mm_unpacklo_epi8(v, zero), taps[t].weight));
+                    high = _mm_add_epi16(high, _mm_mullo_epi16(_mm_unpackhi_epi8(v, zero), taps[t].weight));
+                }
+                // Saturation caps the magnitudes at 255.
+                _mm_storeu_si128(reinterpret_cast<__m128i *>(out + j), _mm_packus_epi16(finish(low), finish(high)));
+            }
+        }
+        for (; j < count; ++j) {
+            unsigned char window[windowEntries];
+            for (unsigned int i = 0; i < windowEntries; ++i)
+                window[i] = rows[i / 3][static_cast<long>(j) + (static_cast<long>(i % 3) - 1) * step];
+            out[j] = static_cast<unsigned char>(convolve(window, weights, windowEntries, divisor));
+        }
+    }
+
+private:
+    struct Tap {
+        unsigned char const *at;
+        __m128i weight;
+    };
+
+    // The divided magnitude of eight sums.
+    __m128i finish(__m128i sums) const
+    {
+        if (divisor == 1)
+            return _mm_max_epi16(sums, _mm_sub_epi16(_mm_setzero_si128(), sums));
+        return _mm_srli_epi16(_mm_mulhi_epu16(sums, _mm_set1_epi16(static_cast<short>(multiplier))), shift);
+    }
+
+    short weights[windowEntries];
+    int divisor;
+    bool lanes;
+    unsigned short multiplier;
+    int shift;
+};
+
+// min(255, the rounding rule on the root of a squared plus b squared), eight at a time. The
+// sums are whole and below 2^24, so their float roots round to the same integers.
+void magnitudes(unsigned char const *a, unsigned char const *b, unsigned long count, unsigned char *out)
+{
+    unsigned long j = 0;
+    const __m128i zero = _mm_setzero_si128();
+    const __m128 half = _mm_set1_ps(0.5f);
+    for (; j + 8 <= count; j += 8) {
+        const __m128i va = _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<__m128i const *>(a + j)), zero);
+        const __m128i vb = _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<__m128i const *>(b + j)), zero);
+        const __m128i pairsLow = _mm_unpacklo_epi16(va, vb), pairsHigh = _mm_unpackhi_epi16(va, vb);
+        auto rounded = [&](__m128i pairs) {
+            const __m128 root = _mm_sqrt_ps(_mm_cvtepi32_ps(_mm_madd_epi16(pairs, pairs)));
+            return _mm_cvttps_epi32(_mm_add_ps(root, half));
+        };
+        const __m128i words = _mm_packs_epi32(rounded(pairsLow), rounded(pairsHigh));
+        _mm_storel_epi64(reinterpret_cast<__m128i *>(out + j), _mm_packus_epi16(words, zero));
+    }
+    for (; j < count; ++j)
+        out[j] = capped(roundHalfAway(std::sqrt(static_cast<double>(a[j] * a[j] + b[j] * b[j]))));
+}
+
+// What the convolution filters compute: a value per window for the general frame, and rows of
+// values for the frame that works in place (apply's arguments; `scratch` holds 2 times count).
+class ConstantFilter {
+public:
+    explicit ConstantFilter(int value) : value(value) {}
+    int operator()(unsigned char const *, unsigned int) const { return value; }
+    void apply(unsigned char const *const *, long, unsigned long count, unsigned char *out, unsigned char *) const
+    {
+        std::memset(out, value, count);
+    }
+
+private:
+    int value;
+};
+
+class KernelFilter {
+public:
+    KernelFilter(short const *kernel, int divisor) : kernel(kernel), divisor(divisor), rows(kernel, divisor) {}
+    int operator()(unsigned char const *window, unsigned int entries) const
+    {
+        return convolve(window, kernel, entries, divisor);
+    }
+    void apply(unsigned char const *const *window, long step, unsigned long count, unsigned char *out,
+               unsigned char *) const
+    {
+        rows.apply(window, step, count, out);
+    }
+
+private:
+    short const *kernel;
+    int divisor;
+    RowKernel rows;
+};
+
+class MagnitudeFilter {
+public:
+    MagnitudeFilter(short const *first, short const *second)
+        : first(first), second(second), firstRows(first, 1), secondRows(second, 1)
+    {
+    }
+    int operator()(unsigned char const *window, unsigned int entries) const
+    {
+        const double a = convolve(window, first, entries, 1), b = convolve(window, second, entries, 1);
+        return int(capped(roundHalfAway(std::sqrt(a * a + b * b))));
+    }
+    void apply(unsigned char const *const *window, long step, unsigned long count, unsigned char *out,
+               unsigned char *scratch) const
+    {
+        firstRows.apply(window, step, count, scratch);
+        secondRows.apply(window, step, count, scratch + count);
+        magnitudes(scratch, scratch + count, count, out);
+    }
+
+private:
+    short const *first;
+    short const *second;
+    RowKernel firstRows;
+    RowKernel secondRows;
+};
+
 } // namespace
 
-// The nearest palette index of each colour met, in a direct-mapped table: pictures repeat colours.
+// The nearest palette index of a colour by getIndex's rule, without its search per colour.
+// Past entry 0 the measure ignores the target's blue, so the best of entries 1 onward depends
+// on red and green alone: it is found once per red and green met. Exact matches come from a
+// small table of the palette's colours.
 class GImage::IndexCache {
 public:
-    explicit IndexCache(GImage &image) : image(image)
+    explicit IndexCache(GImage &image) : image(image), colors(image.numColors())
     {
-        for (unsigned long &key : keys)
+        const unsigned int held = static_cast<unsigned int>(image.colorTable.entryCount);
+        // Entries the palette lacks read as black; of those only the first can be chosen.
+        considered = held < colors ? held + 1 : colors;
+        for (unsigned long &key : exactKeys)
             key = empty;
+        // Lowest index first, so that a later equal entry doesn't displace it.
+        for (unsigned int i = 0; i < considered; ++i) {
+            const unsigned long rgb = packed(image.entry(i));
+            unsigned int slot = slotOf(rgb);
+            while (exactKeys[slot] != empty && exactKeys[slot] != rgb)
+                slot = (slot + 1) & (exactSlots - 1);
+            if (exactKeys[slot] == empty) {
+                exactKeys[slot] = rgb;
+                exactIndex[slot] = static_cast<unsigned char>(i);
+            }
+        }
+        for (unsigned long &best : bestOfRest)
+            best = unknown;
     }
 
     unsigned char operator()(unsigned char r, unsigned char g, unsigned char b)
     {
+        if (colors == 0)
+            return 0;
         const unsigned long rgb = r | (g << 8) | (static_cast<unsigned long>(b) << 16);
-        const unsigned int slot = static_cast<unsigned int>((rgb * 2654435761u) >> (32 - slotBits)) & (slots - 1);
-        if (keys[slot] != rgb) {
-            keys[slot] = rgb;
-            values[slot] = image.getIndex(GColor(r, g, b));
-        }
-        return values[slot];
+        for (unsigned int slot = slotOf(rgb); exactKeys[slot] != empty; slot = (slot + 1) & (exactSlots - 1))
+            if (exactKeys[slot] == rgb)
+                return exactIndex[slot];
+        GColor const &first = image.entry(0);
+        const long measure0 = square(first.getR() - r) + square(first.getG() - g) + square(first.getB() - b);
+        unsigned long &best = bestOfRest[r | (g << 8)];
+        if (best == unknown)
+            best = bestPastFirst(r, g);
+        // Ties go to the lower index, entry 0 first.
+        return static_cast<long>(best >> 8) < measure0 ? static_cast<unsigned char>(best) : 0;
     }
 
 private:
-    static const unsigned int slotBits = 12;
-    static const unsigned int slots = 1u << slotBits;
+    static const unsigned int exactSlots = 512; // twice the largest palette
     static const unsigned long empty = 0xFFFFFFFFul; // no colour has a top byte
+    static const unsigned long unknown = 0xFFFFFFFFul; // above any measure times 256
+
+    static long square(int d) { return static_cast<long>(d) * d; }
+    static unsigned long packed(GColor const &c)
+    {
+        return c.getR() | (c.getG() << 8) | (static_cast<unsigned long>(c.getB()) << 16);
+    }
+    static unsigned int slotOf(unsigned long rgb)
+    {
+        return static_cast<unsigned int>((rgb * 2654435761u) >> 16) & (exactSlots - 1);
+    }
+
+    // The smallest measure of entries 1 onward, times 256, plus its lowest index; above every
+    // measure when there is no such entry.
+    unsigned long bestPastFirst(int r, int g) const
+    {
+        unsigned long best = unknown;
+        for (unsigned int i = 1; i < considered; ++i) {
+            GColor const &e = image.entry(i);
+            // Deliberate: past entry 0 the blue term measures against the target's red.
+            const unsigned long measure =
+                static_cast<unsigned long>(square(e.getR() - r) + square(e.getG() - g) + square(e.getB() - r));
+            if (measure < (best >> 8))
+                best = measure << 8 | i;
+        }
+        return best;
+    }
 
     GImage &image;
-    unsigned long keys[slots];
-    unsigned char values[slots];
+    unsigned int colors;
+    unsigned int considered;
+    unsigned long exactKeys[exactSlots];
+    unsigned char exactIndex[exactSlots];
+    unsigned long bestOfRest[65536];
 };
+
+bool GImage::filtersInPlace()
+{
+    const unsigned long bytes = header->biBitCount >> 3;
+    return getImageType() == trueColour ? bytes == 3 : bytes == 1;
+}
+
+template <class F>
+int GImage::filterPlanesInPlace(F const &f)
+{
+    const GImageRows rows(pixels, *header);
+    const int kind = getImageType();
+    const unsigned long width = rows.columns(), inner = width > 2 ? width - 2 : 0;
+    const unsigned long planes = kind == trueColour ? 0 : kind == colourPalette ? 3 : 1;
+    // Two saved rows, two rows of the filter's scratch, and per palette plane three rows of
+    // channel values and one of results.
+    const unsigned long rowBytes = rows.rowBytes() > 3 * width ? rows.rowBytes() : 3 * width;
+    ScratchRows scratch(4 + 4 * planes, rowBytes);
+    std::unique_ptr<IndexCache> indices(planes ? new (std::nothrow) IndexCache(*this) : nullptr);
+    if (!scratch.ok() || (planes && !indices))
+        return resultNoMemory;
+    unsigned char *const filterScratch = scratch.row(2);
+
+    unsigned char channel[3][256], greyIndex[256];
+    for (unsigned int i = 0; i < 256; ++i) {
+        channel[0][i] = entry(i).getR();
+        channel[1][i] = entry(i).getG();
+        channel[2][i] = entry(i).getB();
+        const unsigned char v = static_cast<unsigned char>(i);
+        greyIndex[i] = kind == greyPalette ? (*indices)(v, v, v) : 0;
+    }
+
+    if (rows.count() >= 3 && inner > 0)
+        forEachInnerRow(rows, scratch.row(0), [&](unsigned char const *const window[3], unsigned char *target) {
+            if (kind == trueColour) {
+                // Each byte is filtered on its own, its neighbours one pixel apart.
+                unsigned char const *const centres[3] = {window[0] + 3, window[1] + 3, window[2] + 3};
+                f.apply(centres, 3, 3 * inner, target + 3, filterScratch);
+                return;
+            }
+            unsigned char *results[3] = {};
+            for (unsigned long p = 0; p < planes; ++p) {
+                unsigned char const *lut = channel[kind == colourPalette ? p : 0];
+                unsigned char *values = scratch.row(4 + 4 * p);
+                for (unsigned long k = 0; k < 3; ++k)
+                    for (unsigned long x = 0; x < width; ++x)
+                        values[k * rowBytes + x] = lut[window[k][x]];
+                unsigned char const *const centres[3] = {values + 1, values + rowBytes + 1, values + 2 * rowBytes + 1};
+                results[p] = scratch.row(4 + 4 * p + 3);
+                f.apply(centres, 1, inner, results[p], filterScratch);
+            }
+            if (kind == greyPalette)
+                for (unsigned long x = 0; x < inner; ++x)
+                    target[1 + x] = greyIndex[results[0][x]];
+            else
+                for (unsigned long x = 0; x < inner; ++x)
+                    target[1 + x] = (*indices)(results[0][x], results[1][x], results[2][x]);
+        });
+    modified = 1;
+    return resultOk;
+}
 
 template <class F>
 int GImage::filterPlanes(unsigned char size, F const &f)
 {
     if (!header || !pixels || !holdsWholeRows())
         return resultImpossible;
+    if (size == windowSide && filtersInPlace())
+        return filterPlanesInPlace(f);
     const unsigned int entries = static_cast<unsigned int>(size) * size;
     auto *copy = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage ? header->biSizeImage : 1));
     unsigned char *window = windowBlock<unsigned char>(entries);
@@ -221,21 +541,17 @@ int GImage::filterPlanes(unsigned char size, F const &f)
 int GImage::LFilter(int mode, unsigned char size)
 {
     if (mode < firstLinearMode || mode >= firstLinearMode + linearModes)
-        return filterPlanes(size, [size](unsigned char const *, unsigned int) { return int(size); });
+        return filterPlanes(size, ConstantFilter(size));
     Kernel const &kernel = linearKernels[mode - firstLinearMode];
-    return filterPlanes(size, [&kernel](unsigned char const *window, unsigned int entries) {
-        return convolve(window, kernel.weights, entries, kernel.divisor);
-    });
+    return filterPlanes(size, KernelFilter(kernel.weights, kernel.divisor));
 }
 
 int GImage::edgeEnhance(int family, int direction, unsigned char size)
 {
     short const *kernel = edgeKernel(family, direction);
     if (!kernel)
-        return filterPlanes(size, [size](unsigned char const *, unsigned int) { return int(size); });
-    return filterPlanes(size, [kernel](unsigned char const *window, unsigned int entries) {
-        return convolve(window, kernel, entries, 1);
-    });
+        return filterPlanes(size, ConstantFilter(size));
+    return filterPlanes(size, KernelFilter(kernel, 1));
 }
 
 int GImage::edgeDetector(int family, int direction1, int direction2, unsigned char size)
@@ -244,11 +560,8 @@ int GImage::edgeDetector(int family, int direction1, int direction2, unsigned ch
     short const *second = edgeKernel(family, direction2);
     // A family or direction the table lacks yields size, as in edgeEnhance.
     if (!first || !second)
-        return filterPlanes(size, [size](unsigned char const *, unsigned int) { return int(size); });
-    return filterPlanes(size, [first, second](unsigned char const *window, unsigned int entries) {
-        const double a = convolve(window, first, entries, 1), b = convolve(window, second, entries, 1);
-        return int(capped(roundHalfAway(std::sqrt(a * a + b * b))));
-    });
+        return filterPlanes(size, ConstantFilter(size));
+    return filterPlanes(size, MagnitudeFilter(first, second));
 }
 
 namespace {
@@ -303,12 +616,177 @@ GColor rankChoice(int mode, GColor *window, unsigned int count, unsigned long *k
     }
 }
 
+// The three ranks the filters take among the nine keys of a window.
+enum class Rank { lowest, middle, highest };
+
+inline __m128i lower(__m128i a, __m128i b) { return _mm_min_epi16(a, b); }
+inline __m128i higher(__m128i a, __m128i b) { return _mm_max_epi16(a, b); }
+inline short lower(short a, short b) { return a < b ? a : b; }
+inline short higher(short a, short b) { return a > b ? a : b; }
+
+template <class T>
+void order(T &a, T &b)
+{
+    const T low = lower(a, b);
+    b = higher(a, b);
+    a = low;
+}
+
+// A rank of nine distinct keys, by one key or by eight lanes of them; the middle comes from a
+// network of 19 exchanges, so that it needs no branch.
+template <class T>
+T rankOfNine(Rank rank, T *k)
+{
+    if (rank != Rank::middle) {
+        T best = k[0];
+        for (unsigned int i = 1; i < windowEntries; ++i)
+            best = rank == Rank::lowest ? lower(best, k[i]) : higher(best, k[i]);
+        return best;
+    }
+    order(k[1], k[2]), order(k[4], k[5]), order(k[7], k[8]);
+    order(k[0], k[1]), order(k[3], k[4]), order(k[6], k[7]);
+    order(k[1], k[2]), order(k[4], k[5]), order(k[7], k[8]);
+    order(k[0], k[3]), order(k[5], k[8]), order(k[4], k[7]);
+    order(k[3], k[6]), order(k[1], k[4]), order(k[2], k[5]);
+    order(k[4], k[7]), order(k[4], k[2]), order(k[6], k[4]);
+    order(k[4], k[2]);
+    return k[4];
+}
+
+// Keys pack a brightness above the place in the window, 0 to 8 row by row: sorting them sorts
+// by brightness and keeps the window's order among equals, as the stable sort does.
+const int placeBits = 4;
+const unsigned int placeMask = (1u << placeBits) - 1;
+
+// For each of `count` positions, the key that a rank takes among the nine around it; key
+// rows start one column left of the first position.
+void rankRow(Rank rank, short const *const keys[3], unsigned long count, short *chosen)
+{
+    unsigned long j = 0;
+    for (; j + 8 <= count; j += 8) {
+        __m128i k[windowEntries];
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            k[i] = _mm_or_si128(_mm_loadu_si128(reinterpret_cast<__m128i const *>(keys[i / 3] + j + i % 3)),
+                                _mm_set1_epi16(static_cast<short>(i)));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(chosen + j), rankOfNine(rank, k));
+    }
+    for (; j < count; ++j) {
+        short k[windowEntries];
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            k[i] = static_cast<short>(keys[i / 3][j + i % 3] | i);
+        chosen[j] = rankOfNine(rank, k);
+    }
+}
+
 } // namespace
+
+int GImage::rankInPlace(int mode)
+{
+    const GImageRows rows(pixels, *header);
+    const bool palette = getImageType() != trueColour;
+    const unsigned long width = rows.columns(), bytes = rows.bytesPerPixel(), inner = width > 2 ? width - 2 : 0;
+    // Two saved rows, three rows of keys and two of chosen keys.
+    const unsigned long rowBytes = rows.rowBytes() > 2 * width ? rows.rowBytes() : 2 * width;
+    ScratchRows scratch(7, rowBytes);
+    std::unique_ptr<IndexCache> indices(palette ? new (std::nothrow) IndexCache(*this) : nullptr);
+    if (!scratch.ok() || (palette && !indices))
+        return resultNoMemory;
+    auto keyRow = [&](unsigned long i) { return reinterpret_cast<short *>(scratch.row(2 + i)); };
+    short *keys[3] = {keyRow(0), keyRow(1), keyRow(2)};
+    short *const chosen = keyRow(3), *const last = keyRow(4);
+
+    // A palette picture's keys and results depend on the index alone.
+    short keyOf[256];
+    unsigned char mapped[256];
+    for (unsigned int i = 0; i < 256 && palette; ++i) {
+        GColor const &e = entry(i);
+        keyOf[i] = static_cast<short>(brightness(e) << placeBits);
+        mapped[i] = (*indices)(e.getR(), e.getG(), e.getB());
+    }
+    auto fillKeys = [&](unsigned char const *row, short *to) {
+        if (palette)
+            for (unsigned long x = 0; x < width; ++x)
+                to[x] = keyOf[row[x]];
+        else
+            for (unsigned long x = 0; x < width; ++x, row += 3)
+                to[x] = static_cast<short>((row[0] + row[1] + row[2]) << placeBits);
+    };
+    auto colourAt = [&](unsigned char const *at) { return palette ? entry(*at) : GColor(at[0], at[1], at[2]); };
+    // Pixel j + place % 3 of the window's row place / 3: the pixel a key names.
+    auto source = [](unsigned char const *const window[3], unsigned long j, short key, unsigned long bytes) {
+        const unsigned int place = key & placeMask;
+        return window[place / 3] + (j + place % 3) * bytes;
+    };
+    auto put = [&](unsigned char *to, unsigned char const *from) {
+        if (palette) {
+            to[0] = mapped[from[0]];
+        } else {
+            to[0] = from[0];
+            to[1] = from[1];
+            to[2] = from[2];
+        }
+    };
+
+    if (rows.count() >= 3 && inner > 0) {
+        fillKeys(rows.row(0), keys[0]);
+        fillKeys(rows.row(1), keys[1]);
+    }
+    const Rank rank = mode == rankMinimum ? Rank::lowest : mode == rankMaximum ? Rank::highest : Rank::middle;
+    const GColor none;
+    const unsigned char noneIndex = palette ? (*indices)(none.getR(), none.getG(), none.getB()) : 0;
+    if (rows.count() >= 3 && inner > 0)
+        forEachInnerRow(rows, scratch.row(0), [&](unsigned char const *const window[3], unsigned char *target) {
+            fillKeys(window[2], keys[2]);
+            unsigned char *to = target + bytes;
+            if (mode == rankMedian || mode == rankMinimum || mode == rankMaximum) {
+                rankRow(rank, keys, inner, chosen);
+                for (unsigned long j = 0; j < inner; ++j, to += bytes)
+                    put(to, source(window, j, chosen[j], bytes));
+            } else if (mode == rankNearerExtreme) {
+                rankRow(Rank::lowest, keys, inner, chosen);
+                rankRow(Rank::highest, keys, inner, last);
+                for (unsigned long j = 0; j < inner; ++j, to += bytes) {
+                    // The window with its darkest first and brightest last: the wrapped sums and
+                    // the two ends are all that count.
+                    GColor ends[windowEntries];
+                    for (unsigned int i = 0; i < windowEntries; ++i)
+                        ends[i] = colourAt(window[i / 3] + (j + i % 3) * bytes);
+                    const unsigned int low = chosen[j] & placeMask;
+                    unsigned int high = last[j] & placeMask;
+                    std::swap(ends[0], ends[low]);
+                    high = high == 0 ? low : high;
+                    std::swap(ends[windowEntries - 1], ends[high]);
+                    const GColor choice = nearerExtreme(ends, windowEntries);
+                    if (palette) {
+                        to[0] = (*indices)(choice.getR(), choice.getG(), choice.getB());
+                    } else {
+                        to[0] = choice.getR();
+                        to[1] = choice.getG();
+                        to[2] = choice.getB();
+                    }
+                }
+            } else {
+                for (unsigned long j = 0; j < inner; ++j, to += bytes) {
+                    if (palette) {
+                        to[0] = noneIndex;
+                    } else {
+                        to[0] = to[1] = to[2] = 0;
+                    }
+                }
+            }
+            std::swap(keys[0], keys[1]);
+            std::swap(keys[1], keys[2]);
+        });
+    modified = 1;
+    return resultOk;
+}
 
 int GImage::NLFilter(int mode, unsigned char size)
 {
     if (!header || !pixels || !holdsWholeRows())
         return resultImpossible;
+    if (size == windowSide && filtersInPlace())
+        return rankInPlace(mode);
     const unsigned int entries = static_cast<unsigned int>(size) * size;
     // A window of no entries still has its first to choose.
     const unsigned int count = entries ? entries : 1;
