@@ -312,8 +312,8 @@ private:
 
 // The nearest palette index of a colour by getIndex's rule, without its search per colour.
 // Past entry 0 the measure ignores the target's blue, so the best of entries 1 onward depends
-// on red and green alone: it is found once per red and green met. Exact matches come from a
-// small table of the palette's colours.
+// on red and green alone: it is found once per red and green met. Exact matches are looked up
+// among the entries of the same red and green, lowest index first.
 class GImage::IndexCache {
 public:
     explicit IndexCache(GImage &image) : image(image), colors(image.numColors())
@@ -321,18 +321,13 @@ public:
         const unsigned int held = static_cast<unsigned int>(image.colorTable.entryCount);
         // Entries the palette lacks read as black; of those only the first can be chosen.
         considered = held < colors ? held + 1 : colors;
-        for (unsigned long &key : exactKeys)
-            key = empty;
-        // Lowest index first, so that a later equal entry doesn't displace it.
-        for (unsigned int i = 0; i < considered; ++i) {
-            const unsigned long rgb = packed(image.entry(i));
-            unsigned int slot = slotOf(rgb);
-            while (exactKeys[slot] != empty && exactKeys[slot] != rgb)
-                slot = (slot + 1) & (exactSlots - 1);
-            if (exactKeys[slot] == empty) {
-                exactKeys[slot] = rgb;
-                exactIndex[slot] = static_cast<unsigned char>(i);
-            }
+        for (short &first : firstOfPair)
+            first = none;
+        for (unsigned int i = considered; i-- > 0;) {
+            GColor const &e = image.entry(i);
+            short &first = firstOfPair[e.getR() | (e.getG() << 8)];
+            nextOfPair[i] = first;
+            first = static_cast<short>(i);
         }
         for (unsigned long &best : bestOfRest)
             best = unknown;
@@ -342,13 +337,13 @@ public:
     {
         if (colors == 0)
             return 0;
-        const unsigned long rgb = r | (g << 8) | (static_cast<unsigned long>(b) << 16);
-        for (unsigned int slot = slotOf(rgb); exactKeys[slot] != empty; slot = (slot + 1) & (exactSlots - 1))
-            if (exactKeys[slot] == rgb)
-                return exactIndex[slot];
+        const unsigned int pair = r | (g << 8);
+        for (short i = firstOfPair[pair]; i != none; i = nextOfPair[i])
+            if (image.entry(i).getB() == b)
+                return static_cast<unsigned char>(i);
         GColor const &first = image.entry(0);
         const long measure0 = square(first.getR() - r) + square(first.getG() - g) + square(first.getB() - b);
-        unsigned long &best = bestOfRest[r | (g << 8)];
+        unsigned long &best = bestOfRest[pair];
         if (best == unknown)
             best = bestPastFirst(r, g);
         // Ties go to the lower index, entry 0 first.
@@ -356,19 +351,10 @@ public:
     }
 
 private:
-    static const unsigned int exactSlots = 512; // twice the largest palette
-    static const unsigned long empty = 0xFFFFFFFFul; // no colour has a top byte
+    static const short none = -1;
     static const unsigned long unknown = 0xFFFFFFFFul; // above any measure times 256
 
     static long square(int d) { return static_cast<long>(d) * d; }
-    static unsigned long packed(GColor const &c)
-    {
-        return c.getR() | (c.getG() << 8) | (static_cast<unsigned long>(c.getB()) << 16);
-    }
-    static unsigned int slotOf(unsigned long rgb)
-    {
-        return static_cast<unsigned int>((rgb * 2654435761u) >> 16) & (exactSlots - 1);
-    }
 
     // The smallest measure of entries 1 onward, times 256, plus its lowest index; above every
     // measure when there is no such entry.
@@ -389,8 +375,8 @@ private:
     GImage &image;
     unsigned int colors;
     unsigned int considered;
-    unsigned long exactKeys[exactSlots];
-    unsigned char exactIndex[exactSlots];
+    short firstOfPair[65536];
+    short nextOfPair[256];
     unsigned long bestOfRest[65536];
 };
 
@@ -425,6 +411,11 @@ int GImage::filterPlanesInPlace(F const &f)
         greyIndex[i] = kind == greyPalette ? (*indices)(v, v, v) : 0;
     }
 
+    unsigned char *planeRows[3][3];
+    for (unsigned long p = 0; p < planes; ++p)
+        for (unsigned long k = 0; k < 3; ++k)
+            planeRows[p][k] = scratch.row(4 + 4 * p + k);
+    bool primed = false;
     if (rows.count() >= 3 && inner > 0)
         forEachInnerRow(rows, scratch.row(0), [&](unsigned char const *const window[3], unsigned char *target) {
             if (kind == trueColour) {
@@ -433,17 +424,21 @@ int GImage::filterPlanesInPlace(F const &f)
                 f.apply(centres, 3, 3 * inner, target + 3, filterScratch);
                 return;
             }
+            // Channel values of the three rows per plane; the two lower ones come from the row before.
             unsigned char *results[3] = {};
             for (unsigned long p = 0; p < planes; ++p) {
                 unsigned char const *lut = channel[kind == colourPalette ? p : 0];
-                unsigned char *values = scratch.row(4 + 4 * p);
-                for (unsigned long k = 0; k < 3; ++k)
+                unsigned char **values = planeRows[p];
+                if (primed)
+                    std::rotate(values, values + 1, values + 3);
+                for (unsigned long k = primed ? 2 : 0; k < 3; ++k)
                     for (unsigned long x = 0; x < width; ++x)
-                        values[k * rowBytes + x] = lut[window[k][x]];
-                unsigned char const *const centres[3] = {values + 1, values + rowBytes + 1, values + 2 * rowBytes + 1};
+                        values[k][x] = lut[window[k][x]];
+                unsigned char const *const centres[3] = {values[0] + 1, values[1] + 1, values[2] + 1};
                 results[p] = scratch.row(4 + 4 * p + 3);
                 f.apply(centres, 1, inner, results[p], filterScratch);
             }
+            primed = true;
             if (kind == greyPalette)
                 for (unsigned long x = 0; x < inner; ++x)
                     target[1 + x] = greyIndex[results[0][x]];
