@@ -207,7 +207,10 @@ int GImage::scale(float xFactor, float yFactor, int interpolate)
     };
     const unsigned short newWidth = lowBits(wide), newHeight = lowBits(high);
     const unsigned long stride = dibStride(newWidth, header->biBitCount);
-    unsigned char *scaled = newRows(stride, newHeight);
+    // A picture that doesn't grow is scaled within its own buffer: every pixel is written at or
+    // before the place it is read from, and after every place read before it.
+    const bool inPlace = xFactor <= 1.0f && yFactor <= 1.0f;
+    unsigned char *scaled = inPlace ? pixels : newRows(stride, newHeight);
     if (!scaled)
         return resultNoMemory;
 
@@ -227,15 +230,29 @@ int GImage::scale(float xFactor, float yFactor, int interpolate)
         if (bytes == 1)
             for (unsigned long c = 0; c < newWidth; ++c)
                 to[c] = row[sourceColumn[c]];
+        else if (bytes == 3)
+            for (unsigned long c = 0; c < newWidth; ++c, to += 3)
+                copyPixel(to, row + sourceColumn[c], 3);
         else
             for (unsigned long c = 0; c < newWidth; ++c, to += bytes)
                 copyPixel(to, row + sourceColumn[c], bytes);
+        if (inPlace)
+            std::memset(scaled + r * stride + newWidth * bytes, 0, stride - newWidth * bytes);
     }
     // Deliberate: the interpolation weights are truncated fractions, always 0, so the flag
     // yields the nearest-below sample either way.
     static_cast<void>(interpolate);
 
-    replacePixels(scaled, newWidth, newHeight);
+    if (inPlace) {
+        header->biWidth = static_cast<LONG>(newWidth);
+        header->biHeight = static_cast<LONG>(newHeight);
+        header->biSizeImage = stride * newHeight;
+        // The buffer gives back what it no longer holds, where the heap can.
+        if (void *smaller = PGlobalReAlloc(pixels, header->biSizeImage ? header->biSizeImage : 1))
+            pixels = static_cast<unsigned char *>(smaller);
+    } else {
+        replacePixels(scaled, newWidth, newHeight);
+    }
     modified = 1;
     return resultOk;
 }

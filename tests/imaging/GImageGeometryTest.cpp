@@ -148,3 +148,33 @@ TEST(GImageGeometry, ScaleRefusesZeroAndNegativeFactorsAndKeepsSidesTo16Bits)
     EXPECT_EQ(wide.getWidth(), 51712);
     EXPECT_EQ(*wide.at(0, 51711), 5);
 }
+
+TEST(GImageGeometry, ShrinkingWithinTheBufferSamplesAsFreshRowsWould)
+{
+    // Odd sides and factors at and below 1 on 8 and 24 bits, against sampling position by
+    // position from an untouched copy into rows whose padding is zero.
+    const float factors[][2] = {{0.5f, 0.5f}, {1.0f, 0.3f}, {0.77f, 1.0f}, {1.0f, 1.0f}, {0.1f, 0.9f}};
+    for (int bits : {8, 24})
+        for (auto const &factor : factors) {
+            const long width = 23, height = 9;
+            ProbeImage image(width, height, bits == 8 ? ProbeImage::greys(256) : std::vector<GColor>{});
+            for (unsigned long i = 0; i < image.info().biSizeImage; ++i)
+                image.bytes()[i] = static_cast<unsigned char>(i * 37 + 11);
+            ProbeImage pristine(image);
+            ASSERT_EQ(image.scale(factor[0], factor[1], 0), GImage::resultOk);
+            const long newWidth = static_cast<long>(width * factor[0]), newHeight = static_cast<long>(height * factor[1]);
+            ASSERT_EQ(image.info().biWidth, newWidth);
+            ASSERT_EQ(image.info().biHeight, newHeight);
+            const long bytes = bits / 8, stride = (bits * newWidth + 31) / 32 * 4;
+            ASSERT_EQ(image.info().biSizeImage, static_cast<DWORD>(stride * newHeight));
+            for (long r = 0; r < newHeight; ++r)
+                for (long x = 0; x < stride; ++x) {
+                    const long column = x / bytes;
+                    const long iy = static_cast<long>(static_cast<float>(r) / factor[1]);
+                    const long ix = static_cast<long>(static_cast<float>(column) / factor[0]);
+                    const int expected = column < newWidth ? pristine.at(iy, ix)[x % bytes] : 0;
+                    ASSERT_EQ(image.bytes()[r * stride + x], expected) << bits << " bits, factors " << factor[0]
+                                                                        << ", " << factor[1] << ", row " << r << ", byte " << x;
+                }
+        }
+}
