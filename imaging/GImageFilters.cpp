@@ -109,38 +109,6 @@ T *windowBlock(unsigned int count)
     return static_cast<T *>(PGlobalAlloc((count > windowEntries ? count : windowEntries) * sizeof(T)));
 }
 
-// Scratch rows of the filters that work in place, from PGlobalAlloc, freed with the scope.
-class ScratchRows {
-public:
-    ScratchRows(unsigned long count, unsigned long bytes)
-        : block(PGlobalAlloc(count * bytes > 0 ? count * bytes : 1)), bytes(bytes)
-    {
-    }
-    bool ok() const { return block.get() != nullptr; }
-    unsigned char *row(unsigned long i) const { return static_cast<unsigned char *>(block.get()) + i * bytes; }
-
-private:
-    DibGlobalBlock block;
-    unsigned long bytes;
-};
-
-// The inner rows of a picture of three rows or more, filtered in place, bottom first:
-// f(window, row) gets the rows below, at and above stored row r as they stood before the
-// filter, and the picture's row r to write. `saved` holds two rows of the picture.
-template <class F>
-void forEachInnerRow(GImageRows const &rows, unsigned char *saved, F &&f)
-{
-    const unsigned long stride = rows.rowBytes();
-    unsigned char *previous = saved, *current = saved + stride;
-    std::memcpy(previous, rows.row(0), stride);
-    for (unsigned long r = 1; r + 1 < rows.count(); ++r) {
-        std::memcpy(current, rows.row(r), stride);
-        unsigned char const *const window[3] = {previous, current, rows.row(r + 1)};
-        f(window, rows.row(r));
-        std::swap(previous, current);
-    }
-}
-
 // A 3 by 3 kernel run along three rows of bytes whose horizontal neighbours lie `step` bytes
 // apart, sixteen positions at a time in 16-bit lanes. The divisor becomes a multiplication,
 // (sum times multiplier) >> (16 + shift), chosen exact for every sum the kernel can make.
