@@ -675,19 +675,16 @@ int GImage::rankInPlace(int mode)
                 to[x] = static_cast<short>((row[0] + row[1] + row[2]) << placeBits);
     };
     auto colourAt = [&](unsigned char const *at) { return palette ? entry(*at) : GColor(at[0], at[1], at[2]); };
-    // Pixel j + place % 3 of the window's row place / 3: the pixel a key names.
-    auto source = [](unsigned char const *const window[3], unsigned long j, short key, unsigned long bytes) {
-        const unsigned int place = key & placeMask;
-        return window[place / 3] + (j + place % 3) * bytes;
+    // For each place in the window, 0 to 8 row by row, the pixel at that place around the
+    // first position of a row: the pixel a key names lies j pixels further.
+    auto placesOf = [&](unsigned char const *const window[3], unsigned char const **first) {
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            first[i] = window[i / 3] + (i % 3) * bytes;
     };
-    auto put = [&](unsigned char *to, unsigned char const *from) {
-        if (palette) {
-            to[0] = mapped[from[0]];
-        } else {
-            to[0] = from[0];
-            to[1] = from[1];
-            to[2] = from[2];
-        }
+    auto copyTriple = [](unsigned char *to, unsigned char const *from) {
+        to[0] = from[0];
+        to[1] = from[1];
+        to[2] = from[2];
     };
 
     if (rows.count() >= 3 && inner > 0) {
@@ -703,8 +700,14 @@ int GImage::rankInPlace(int mode)
             unsigned char *to = target + bytes;
             if (mode == rankMedian || mode == rankMinimum || mode == rankMaximum) {
                 rankRow(rank, keys, inner, chosen);
-                for (unsigned long j = 0; j < inner; ++j, to += bytes)
-                    put(to, source(window, j, chosen[j], bytes));
+                unsigned char const *first[windowEntries];
+                placesOf(window, first);
+                if (palette)
+                    for (unsigned long j = 0; j < inner; ++j)
+                        to[j] = mapped[first[chosen[j] & placeMask][j]];
+                else
+                    for (unsigned long j = 0; j < inner; ++j, to += 3)
+                        copyTriple(to, first[chosen[j] & placeMask] + 3 * j);
             } else if (mode == rankNearerExtreme) {
                 rankRow(Rank::lowest, keys, inner, chosen);
                 rankRow(Rank::highest, keys, inner, last);
