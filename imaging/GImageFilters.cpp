@@ -705,9 +705,15 @@ int GImage::rankInPlace(int mode)
                 if (palette)
                     for (unsigned long j = 0; j < inner; ++j)
                         to[j] = mapped[first[chosen[j] & placeMask][j]];
-                else
-                    for (unsigned long j = 0; j < inner; ++j, to += 3)
-                        copyTriple(to, first[chosen[j] & placeMask] + 3 * j);
+                else {
+                    // Four bytes a pixel but for the last: the fourth lands on the next inner
+                    // pixel, written again in its turn, and is read from within the row, as
+                    // only the last position's window reaches the row's last column.
+                    unsigned long j = 0;
+                    for (; j + 1 < inner; ++j, to += 3)
+                        std::memcpy(to, first[chosen[j] & placeMask] + 3 * j, 4);
+                    copyTriple(to, first[chosen[j] & placeMask] + 3 * j);
+                }
             } else if (mode == rankNearerExtreme) {
                 rankRow(Rank::lowest, keys, inner, chosen);
                 rankRow(Rank::highest, keys, inner, last);
