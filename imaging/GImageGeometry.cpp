@@ -42,6 +42,42 @@ inline void copyPixel(unsigned char *to, unsigned char const *from, unsigned lon
 // Side of the square tiles a right-angle turn copies, so that both buffers stay in cache.
 const unsigned long turnTile = 64;
 
+// A square picture turned by a right angle within its own buffer, in cycles of four pixels
+// taken tile by tile so that the four places of a tile stay in cache. Left: new row j, column k
+// is old row n - 1 - k, column j; right the other way round. Row padding becomes zero, as in
+// fresh rows.
+void turnSquareInPlace(GImageRows const &rows, bool left)
+{
+    const unsigned long n = rows.columns(), bytes = rows.bytesPerPixel();
+    auto at = [&](unsigned long row, unsigned long column) { return rows.row(row) + column * bytes; };
+    for (unsigned long j0 = 0; j0 < n / 2; j0 += turnTile) {
+        const unsigned long j1 = j0 + turnTile < n / 2 ? j0 + turnTile : n / 2;
+        for (unsigned long k0 = 0; k0 < (n + 1) / 2; k0 += turnTile) {
+            const unsigned long k1 = k0 + turnTile < (n + 1) / 2 ? k0 + turnTile : (n + 1) / 2;
+            for (unsigned long j = j0; j < j1; ++j)
+                for (unsigned long k = k0; k < k1; ++k) {
+                    unsigned char *const places[4] = {at(j, k), at(n - 1 - k, j), at(n - 1 - j, n - 1 - k),
+                                                      at(k, n - 1 - j)};
+                    unsigned char first[4];
+                    copyPixel(first, places[0], bytes);
+                    if (left) {
+                        copyPixel(places[0], places[1], bytes);
+                        copyPixel(places[1], places[2], bytes);
+                        copyPixel(places[2], places[3], bytes);
+                        copyPixel(places[3], first, bytes);
+                    } else {
+                        copyPixel(places[0], places[3], bytes);
+                        copyPixel(places[3], places[2], bytes);
+                        copyPixel(places[2], places[1], bytes);
+                        copyPixel(places[1], first, bytes);
+                    }
+                }
+        }
+    }
+    for (unsigned long r = 0; r < n; ++r)
+        std::memset(at(r, n), 0, rows.rowBytes() - n * bytes);
+}
+
 // Degrees to radians by 3.1415926 / 180, the factor the rotation is defined with.
 const double radiansPerDegree = 0.017453292222222222;
 
@@ -86,6 +122,12 @@ int GImage::rotate(float degrees, GColor const &background, int interpolate)
     const unsigned long height = static_cast<unsigned long>(header->biHeight);
 
     if (std::fabs(std::fabs(static_cast<double>(degrees)) - 90.0) < 0.5) {
+        if (width == height && bytes >= 1 && bytes <= 4) {
+            turnSquareInPlace(from, degrees > 0);
+            header->biSizeImage = dibStride(*header) * height;
+            modified = 1;
+            return resultOk;
+        }
         const unsigned long stride = dibStride(height, header->biBitCount);
         unsigned char *turned = newRows(stride, width);
         if (!turned)

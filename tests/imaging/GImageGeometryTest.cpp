@@ -178,3 +178,31 @@ TEST(GImageGeometry, ShrinkingWithinTheBufferSamplesAsFreshRowsWould)
                 }
         }
 }
+
+TEST(GImageGeometry, SquaresTurnWithinTheBufferAsIntoFreshRows)
+{
+    // Odd and even sides around the tile of 64, 8 and 24 bits, both ways: every byte against
+    // the rule read from an untouched copy, padding zero.
+    for (int bits : {8, 24})
+        for (long side : {1L, 2L, 5L, 66L, 131L})
+            for (float degrees : {90.0f, -90.0f}) {
+                ProbeImage image(side, side, bits == 8 ? ProbeImage::greys(256) : std::vector<GColor>{});
+                for (unsigned long i = 0; i < image.info().biSizeImage; ++i)
+                    image.bytes()[i] = static_cast<unsigned char>(i * 131 + 7);
+                ProbeImage pristine(image);
+                ASSERT_EQ(image.rotate(degrees, GColor(), 0), GImage::resultOk);
+                const long bytes = bits / 8, stride = (bits * side + 31) / 32 * 4;
+                ASSERT_EQ(image.info().biSizeImage, static_cast<DWORD>(stride * side));
+                for (long j = 0; j < side; ++j)
+                    for (long x = 0; x < stride; ++x) {
+                        const long k = x / bytes;
+                        int expected = 0;
+                        if (k < side)
+                            expected = degrees > 0 ? pristine.at(side - 1 - k, j)[x % bytes]
+                                                   : pristine.at(k, side - 1 - j)[x % bytes];
+                        ASSERT_EQ(image.bytes()[j * stride + x], expected)
+                            << bits << " bits, side " << side << ", " << degrees << " degrees, row " << j << ", byte " << x;
+                    }
+                EXPECT_EQ(image.isModified(), 1);
+            }
+}
