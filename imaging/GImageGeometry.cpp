@@ -39,8 +39,9 @@ inline void copyPixel(unsigned char *to, unsigned char const *from, unsigned lon
     }
 }
 
-// Side of the square tiles a right-angle turn copies, so that both buffers stay in cache.
-const unsigned long turnTile = 64;
+// Side of the square tiles a right-angle turn copies, so that both buffers stay in cache. Small:
+// rows a power of two apart fall into the same cache sets, which a column walk of 64 overflows.
+const unsigned long turnTile = 8;
 
 // A square picture turned by a right angle within its own buffer, in cycles of four pixels
 // taken tile by tile so that the four places of a tile stay in cache. Left: new row j, column k
@@ -54,10 +55,12 @@ void turnSquareInPlace(GImageRows const &rows, bool left)
         const unsigned long j1 = j0 + turnTile < n / 2 ? j0 + turnTile : n / 2;
         for (unsigned long k0 = 0; k0 < (n + 1) / 2; k0 += turnTile) {
             const unsigned long k1 = k0 + turnTile < (n + 1) / 2 ? k0 + turnTile : (n + 1) / 2;
-            for (unsigned long j = j0; j < j1; ++j)
+            for (unsigned long j = j0; j < j1; ++j) {
+                // The four places of the cycle for k = k0, and their steps as k grows.
+                unsigned char *places[4] = {at(j, k0), at(n - 1 - k0, j), at(n - 1 - j, n - 1 - k0), at(k0, n - 1 - j)};
+                const long stride = static_cast<long>(rows.rowBytes()), step = static_cast<long>(bytes);
+                const long steps[4] = {step, -stride, -step, stride};
                 for (unsigned long k = k0; k < k1; ++k) {
-                    unsigned char *const places[4] = {at(j, k), at(n - 1 - k, j), at(n - 1 - j, n - 1 - k),
-                                                      at(k, n - 1 - j)};
                     unsigned char first[4];
                     copyPixel(first, places[0], bytes);
                     if (left) {
@@ -71,7 +74,10 @@ void turnSquareInPlace(GImageRows const &rows, bool left)
                         copyPixel(places[2], places[1], bytes);
                         copyPixel(places[1], first, bytes);
                     }
+                    for (int i = 0; i < 4; ++i)
+                        places[i] += steps[i];
                 }
+            }
         }
     }
     for (unsigned long r = 0; r < n; ++r)
