@@ -586,6 +586,14 @@ inline __m128i lower(__m128i a, __m128i b) { return _mm_min_epi16(a, b); }
 inline __m128i higher(__m128i a, __m128i b) { return _mm_max_epi16(a, b); }
 inline short lower(short a, short b) { return a < b ? a : b; }
 inline short higher(short a, short b) { return a > b ? a : b; }
+// Sixteen unsigned bytes, ranked as such.
+struct ByteLanes {
+    __m128i v;
+};
+inline ByteLanes lower(ByteLanes a, ByteLanes b) { return {_mm_min_epu8(a.v, b.v)}; }
+inline ByteLanes higher(ByteLanes a, ByteLanes b) { return {_mm_max_epu8(a.v, b.v)}; }
+inline unsigned char lower(unsigned char a, unsigned char b) { return a < b ? a : b; }
+inline unsigned char higher(unsigned char a, unsigned char b) { return a > b ? a : b; }
 
 template <class T>
 void order(T &a, T &b)
@@ -595,8 +603,8 @@ void order(T &a, T &b)
     a = low;
 }
 
-// A rank of nine distinct keys, by one key or by eight lanes of them; the middle comes from a
-// network of 19 exchanges, so that it needs no branch.
+// A rank of nine keys, by one key or by lanes of them; the middle comes from a network of 19
+// exchanges, so that it needs no branch.
 template <class T>
 T rankOfNine(Rank rank, T *k)
 {
@@ -620,6 +628,25 @@ T rankOfNine(Rank rank, T *k)
 // by brightness and keeps the window's order among equals, as the stable sort does.
 const int placeBits = 4;
 const unsigned int placeMask = (1u << placeBits) - 1;
+
+// For each of `count` positions, the byte that a rank takes among the nine around it; rows
+// start one column left of the first position.
+void byteRankRow(Rank rank, unsigned char const *const rows[3], unsigned long count, unsigned char *chosen)
+{
+    unsigned long j = 0;
+    for (; j + 16 <= count; j += 16) {
+        ByteLanes k[windowEntries];
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            k[i].v = _mm_loadu_si128(reinterpret_cast<__m128i const *>(rows[i / 3] + j + i % 3));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(chosen + j), rankOfNine(rank, k).v);
+    }
+    for (; j < count; ++j) {
+        unsigned char k[windowEntries];
+        for (unsigned int i = 0; i < windowEntries; ++i)
+            k[i] = rows[i / 3][j + i % 3];
+        chosen[j] = rankOfNine(rank, k);
+    }
+}
 
 // For each of `count` positions, the key that a rank takes among the nine around it; key
 // rows start one column left of the first position.
@@ -687,11 +714,31 @@ int GImage::rankInPlace(int mode)
         to[2] = from[2];
     };
 
+    const Rank rank = mode == rankMinimum ? Rank::lowest : mode == rankMaximum ? Rank::highest : Rank::middle;
+    // A palette whose brightness rises with the index, as a grey ramp's does, orders a window
+    // as its index bytes do; equal bytes are equal colours, so that the ranks can be taken on
+    // the bytes themselves.
+    bool rising = palette && (mode == rankMedian || mode == rankMinimum || mode == rankMaximum);
+    bool identity = true;
+    for (unsigned int i = 0; i < 256 && rising; ++i) {
+        rising = i == 0 || keyOf[i] > keyOf[i - 1];
+        identity = identity && mapped[i] == i;
+    }
+    if (rising) {
+        if (rows.count() >= 3 && inner > 0)
+            forEachInnerRow(rows, scratch.row(0), [&](unsigned char const *const window[3], unsigned char *target) {
+                byteRankRow(rank, window, inner, target + 1);
+                for (unsigned long j = 1; j <= inner && !identity; ++j)
+                    target[j] = mapped[target[j]];
+            });
+        modified = 1;
+        return resultOk;
+    }
+
     if (rows.count() >= 3 && inner > 0) {
         fillKeys(rows.row(0), keys[0]);
         fillKeys(rows.row(1), keys[1]);
     }
-    const Rank rank = mode == rankMinimum ? Rank::lowest : mode == rankMaximum ? Rank::highest : Rank::middle;
     const GColor none;
     const unsigned char noneIndex = palette ? (*indices)(none.getR(), none.getG(), none.getB()) : 0;
     if (rows.count() >= 3 && inner > 0)

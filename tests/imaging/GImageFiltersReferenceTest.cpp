@@ -25,19 +25,22 @@ private:
     unsigned long state;
 };
 
-enum Form { greyForm, colourForm, smallColourForm, trueColourForm };
+enum Form { greyForm, shortGreyForm, colourForm, smallColourForm, trueColourForm };
 
 // A picture of random bytes. Colour palettes draw from few channel values, so that entries
-// repeat and distances tie; the small one has 5 colours and indices past them.
+// repeat and distances tie; the small one has 5 colours and indices past them. The short grey
+// ramp counts 200 of its 256 entries, so that the greys past them map to others.
 ProbeImage randomPicture(Form form, long width, long height, Random &random)
 {
     std::vector<GColor> colors;
-    if (form == greyForm)
+    if (form == greyForm || form == shortGreyForm)
         colors = ProbeImage::greys(256);
     const int count = form == colourForm ? 256 : form == smallColourForm ? 5 : 0;
     for (int i = 0; i < count; ++i)
         colors.emplace_back(random.below(4) * 85, random.below(4) * 85, random.below(3) * 127);
     ProbeImage image(width, height, colors);
+    if (form == shortGreyForm)
+        image.info().biClrUsed = image.info().biClrImportant = 200;
     const int values = form == smallColourForm ? 8 : 256;
     for (unsigned long i = 0; i < image.info().biSizeImage; ++i)
         image.bytes()[i] = static_cast<unsigned char>(random.below(values));
@@ -139,7 +142,7 @@ void compareOnRandomPictures(std::string const &name, std::function<int(ProbeIma
                              std::function<Rows(ProbeImage &)> const &reference)
 {
     Random random(12345);
-    for (Form form : {greyForm, colourForm, smallColourForm, trueColourForm})
+    for (Form form : {greyForm, shortGreyForm, colourForm, smallColourForm, trueColourForm})
         for (auto const &size : theSizes) {
             ProbeImage image = randomPicture(form, size[0], size[1], random);
             ProbeImage pristine(image);
