@@ -379,6 +379,9 @@ int GImage::filterPlanesInPlace(F const &f)
         greyIndex[i] = kind == greyPalette ? (*indices)(v, v, v) : 0;
     }
 
+    bool greyRamp = kind == greyPalette;
+    for (unsigned int i = 0; i < 256 && greyRamp; ++i)
+        greyRamp = channel[0][i] == i && greyIndex[i] == i;
     unsigned char *planeRows[3][3];
     for (unsigned long p = 0; p < planes; ++p)
         for (unsigned long k = 0; k < 3; ++k)
@@ -390,6 +393,12 @@ int GImage::filterPlanesInPlace(F const &f)
                 // Each byte is filtered on its own, its neighbours one pixel apart.
                 unsigned char const *const centres[3] = {window[0] + 3, window[1] + 3, window[2] + 3};
                 f.apply(centres, 3, 3 * inner, target + 3, filterScratch);
+                return;
+            }
+            if (greyRamp) {
+                // Indices are their greys and each grey its own index: the bytes are filtered as they stand.
+                unsigned char const *const centres[3] = {window[0] + 1, window[1] + 1, window[2] + 1};
+                f.apply(centres, 1, inner, target + 1, filterScratch);
                 return;
             }
             // Channel values of the three rows per plane; the two lower ones come from the row before.
