@@ -213,7 +213,7 @@ private:
     unsigned short areaAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
                                unsigned short rowBits, unsigned short bytesPerPixel, Channel channel,
                                unsigned short none);
-    // The palette index of a colour, remembered for the colours seen before.
+    // The palette index of a colour by getIndex's rule, from tables filled as colours are met.
     class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.
     unsigned long *buildGreyIntegrate();
