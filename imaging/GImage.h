@@ -185,6 +185,14 @@ private:
     // f(window, entries) of its 3 by 3 neighbourhood, written into a copy of the picture.
     template <class F>
     int filterPlanes(unsigned char size, F const &f);
+    // Whether the 3 by 3 filters can work in place: 24-bit true colour or 8-bit palette pictures.
+    bool filtersInPlace();
+    // filterPlanes with a window of 3 on such a picture, in place with two saved rows;
+    // f.apply(rows, step, count, out, scratch) gives a run of values at once.
+    template <class F>
+    int filterPlanesInPlace(F const &f);
+    // NLFilter with a window of 3 on such a picture, in place.
+    int rankInPlace(int mode);
     // Gives the image a platform palette of its own, of at least `size` entries, the old ones
     // kept: neither a stock palette nor one shared with a copy is rewritten. False without memory.
     bool ownPalette(unsigned long size);
@@ -205,7 +213,7 @@ private:
     unsigned short areaAverage(float rowStart, float rowEnd, float columnStart, float columnEnd,
                                unsigned short rowBits, unsigned short bytesPerPixel, Channel channel,
                                unsigned short none);
-    // The palette index of a colour, remembered for the colours seen before.
+    // The palette index of a colour by getIndex's rule, from tables filled as colours are met.
     class IndexCache;
     // Turns the picture grey and gives the running sums of its histogram, or null.
     unsigned long *buildGreyIntegrate();

@@ -7,6 +7,8 @@
 
 #include <windows.h>
 
+#include <emmintrin.h>
+
 #include <cstdlib>
 #include <cstring>
 
@@ -68,6 +70,58 @@ bool modeHolds(int mode, unsigned char const *w)
     case table3Mode: return !morphTables().table3[same];
     case table4Mode: return morphTables().table4[~same & 0xFF];
     default: return true;
+    }
+}
+
+// The mode test and its writing for `count` positions of a row of index bytes, whose windows
+// are centred on rows[1][1] onward; sixteen positions a step, the rest one by one.
+void morphRow(int mode, unsigned char const *const rows[3], unsigned long count, unsigned char foregroundIndex,
+              unsigned char backgroundIndex, int useBackground, unsigned char *out)
+{
+    unsigned long j = 0;
+    const __m128i foreground = _mm_set1_epi8(static_cast<char>(foregroundIndex));
+    const __m128i background = _mm_set1_epi8(static_cast<char>(backgroundIndex));
+    const __m128i ones = _mm_set1_epi8(-1);
+    for (; j + 16 <= count; j += 16) {
+        __m128i w[9];
+        for (unsigned int i = 0; i < 9; ++i)
+            w[i] = _mm_loadu_si128(reinterpret_cast<__m128i const *>(rows[i / 3] + j + i % 3));
+        // Per neighbour all ones where it equals the centre.
+        __m128i same[9];
+        for (unsigned int i = 0; i < 9; ++i)
+            same[i] = _mm_cmpeq_epi8(w[i], w[4]);
+        __m128i holds;
+        if (mode == allEqual || mode == edgesEqual || mode == cornersEqual) {
+            static const unsigned int tested[3][8] = {{0, 1, 2, 3, 5, 6, 7, 8}, {1, 3, 5, 7, 1, 3, 5, 7}, {0, 2, 6, 8, 0, 2, 6, 8}};
+            holds = ones;
+            for (unsigned int i : tested[mode])
+                holds = _mm_and_si128(holds, same[i]);
+        } else if (mode == table3Mode || mode == table4Mode) {
+            // The neighbourhood words, then the table per position.
+            static const unsigned int neighbours[8] = {0, 1, 2, 3, 5, 6, 7, 8};
+            __m128i word = _mm_setzero_si128();
+            for (unsigned int bit = 0; bit < 8; ++bit)
+                word = _mm_or_si128(word, _mm_and_si128(same[neighbours[bit]], _mm_set1_epi8(static_cast<char>(1u << bit))));
+            alignas(16) unsigned char words[16], tests[16];
+            _mm_store_si128(reinterpret_cast<__m128i *>(words), word);
+            for (unsigned int k = 0; k < 16; ++k)
+                tests[k] = (mode == table3Mode ? !morphTables().table3[words[k]] : morphTables().table4[~words[k] & 0xFF]) ? 0xFF : 0;
+            holds = _mm_load_si128(reinterpret_cast<__m128i const *>(tests));
+        } else {
+            holds = ones;
+        }
+        const __m128i otherwise = useBackground == 1 ? background : w[4];
+        const __m128i result = _mm_or_si128(_mm_and_si128(holds, foreground), _mm_andnot_si128(holds, otherwise));
+        _mm_storeu_si128(reinterpret_cast<__m128i *>(out + j), result);
+    }
+    for (; j < count; ++j) {
+        unsigned char window[9];
+        for (unsigned int i = 0; i < 9; ++i)
+            window[i] = rows[i / 3][j + i % 3];
+        if (modeHolds(mode, window))
+            out[j] = foregroundIndex;
+        else
+            out[j] = useBackground == 1 ? backgroundIndex : window[4];
     }
 }
 
@@ -181,11 +235,6 @@ int GImage::morphology(int mode, GColor const &foreground, GColor const &backgro
         return resultNoMemory;
     if (!holdsWholeRows())
         return resultImpossible;
-    auto *copy = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage ? header->biSizeImage : 1));
-    if (!copy)
-        return resultNoMemory;
-    std::memcpy(copy, pixels, header->biSizeImage);
-
     const unsigned char foregroundIndex = getIndex(foreground);
     unsigned char backgroundIndex = getIndex(background);
     if (useBackground != 0 && entry(foregroundIndex) == entry(backgroundIndex)) {
@@ -202,17 +251,28 @@ int GImage::morphology(int mode, GColor const &foreground, GColor const &backgro
     }
 
     const GImageRows rows(pixels, *header);
-    const GImageRows out(copy, *header);
     const unsigned long bytes = rows.bytesPerPixel();
+    if (bytes == 1) {
+        // Index bytes are tested sixteen at a time, in place, with the rows around saved.
+        ScratchRows saved(2, rows.rowBytes());
+        if (!saved.ok())
+            return resultNoMemory;
+        if (rows.columns() >= 3)
+            forEachInnerRow(rows, saved.row(0), [&](unsigned char const *const window[3], unsigned char *target) {
+                morphRow(mode, window, rows.columns() - 2, foregroundIndex, backgroundIndex, useBackground, target + 1);
+            });
+        modified = 1;
+        return resultOk;
+    }
+    auto *copy = static_cast<unsigned char *>(PGlobalAlloc(header->biSizeImage ? header->biSizeImage : 1));
+    if (!copy)
+        return resultNoMemory;
+    std::memcpy(copy, pixels, header->biSizeImage);
+    const GImageRows out(copy, *header);
     unsigned char window[9];
     for (unsigned long r = 1; r + 1 < rows.count(); ++r) {
         for (unsigned long c = 1; c + 1 < rows.columns(); ++c) {
-            if (bytes == 1) {
-                for (unsigned long dr = 0; dr < 3; ++dr)
-                    std::memcpy(window + 3 * dr, rows.row(r - 1 + dr) + c - 1, 3);
-            } else {
-                getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c), -1, 3, 0, window);
-            }
+            getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c), -1, 3, 0, window);
             unsigned char *to = out.row(r) + c * bytes;
             if (modeHolds(mode, window))
                 *to = foregroundIndex;

@@ -32,14 +32,60 @@ unsigned int childIndex(unsigned char const *colour, unsigned int level)
     return (((colour[0] >> s) & 1u) << 2) | (((colour[1] >> s) & 1u) << 1) | ((colour[2] >> s) & 1u);
 }
 
-void deleteSubtree(OctreeNode *node)
-{
-    if (!node)
-        return;
-    for (OctreeNode *&child : node->children)
-        deleteSubtree(child);
-    delete node;
-}
+// Nodes for one tree, taken from blocks and given back to a free list: a reduction frees
+// subtrees that later pixels grow again, many times over a picture.
+class NodePool {
+public:
+    NodePool() = default;
+    ~NodePool()
+    {
+        while (blocks) {
+            Block *next = blocks->next;
+            delete blocks;
+            blocks = next;
+        }
+    }
+    NodePool(NodePool const &) = delete;
+    NodePool &operator=(NodePool const &) = delete;
+
+    // A fresh node, or null when memory ran out.
+    OctreeNode *take()
+    {
+        OctreeNode *node = freeNodes;
+        if (node) {
+            freeNodes = node->nextReducible;
+        } else {
+            if (!blocks || used == nodesPerBlock) {
+                Block *block = new (std::nothrow) Block;
+                if (!block)
+                    return nullptr;
+                block->next = blocks;
+                blocks = block;
+                used = 0;
+            }
+            node = &blocks->nodes[used++];
+        }
+        *node = OctreeNode();
+        return node;
+    }
+
+    void give(OctreeNode *node)
+    {
+        node->nextReducible = freeNodes;
+        freeNodes = node;
+    }
+
+private:
+    static const unsigned int nodesPerBlock = 1024;
+    struct Block {
+        Block *next;
+        OctreeNode nodes[nodesPerBlock];
+    };
+
+    Block *blocks = nullptr;
+    unsigned int used = 0;
+    OctreeNode *freeNodes = nullptr;
+};
 
 class Octree {
 public:
@@ -47,7 +93,6 @@ public:
         : reducibleLevel(maxColors == 8 ? 2 : maxColors == 16 ? 3 : 7), leafLevel(reducibleLevel + 1)
     {
     }
-    ~Octree() { deleteSubtree(root); }
     Octree(Octree const &) = delete;
     Octree &operator=(Octree const &) = delete;
 
@@ -59,7 +104,7 @@ public:
         for (unsigned int level = 0;; ++level) {
             OctreeNode *node = *at;
             if (!node) {
-                node = *at = new (std::nothrow) OctreeNode;
+                node = *at = pool.take();
                 if (!node)
                     return false;
                 node->level = static_cast<unsigned short>(level);
@@ -128,6 +173,15 @@ public:
     unsigned long colours() const { return count(root); }
 
 private:
+    void deleteSubtree(OctreeNode *node)
+    {
+        if (!node)
+            return;
+        for (OctreeNode *child : node->children)
+            deleteSubtree(child);
+        pool.give(node);
+    }
+
     unsigned long count(OctreeNode const *node) const
     {
         if (!node)
@@ -158,6 +212,7 @@ private:
         node->isLeaf = 1;
     }
 
+    NodePool pool;
     OctreeNode *root = nullptr;
     int reducibleLevel;
     unsigned int leafLevel;

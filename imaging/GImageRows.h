@@ -1,15 +1,21 @@
 // GImageRows.h - how the pixel loops of the image operations walk a buffer.
 //
-//   GImageRows   row pointers over the stored rows that a buffer holds whole
-//   forEachTriple  the flat run of byte triples that some tone operations walk
+//   GImageRows       row pointers over the stored rows that a buffer holds whole
+//   forEachTriple    the flat run of byte triples that some tone operations walk
+//   ScratchRows      a few rows of working space for the operations that work in place
+//   forEachInnerRow  the inner rows of a 3 by 3 neighbourhood operation done in place
 //
 // Loops go row by row from a row pointer, so that the inner loop over the columns is a
 // plain pointer walk that the compiler can vectorise.
 #pragma once
 
+#include "foundation/PMemory.h"
 #include "graphics/DibFormat.h"
 
 #include <windows.h>
+
+#include <cstring>
+#include <utility>
 
 class GImageRows {
 public:
@@ -70,4 +76,36 @@ void forEachTriple(unsigned char *pixels, unsigned long size, F &&f)
     unsigned char *const end = pixels + size / 3 * 3;
     for (unsigned char *at = pixels; at != end; at += 3)
         f(at);
+}
+
+// Working rows of an operation done in place, from PGlobalAlloc, freed with the scope.
+class ScratchRows {
+public:
+    ScratchRows(unsigned long count, unsigned long bytes)
+        : block(PGlobalAlloc(count * bytes > 0 ? count * bytes : 1)), bytes(bytes)
+    {
+    }
+    bool ok() const { return block.get() != nullptr; }
+    unsigned char *row(unsigned long i) const { return static_cast<unsigned char *>(block.get()) + i * bytes; }
+
+private:
+    DibGlobalBlock block;
+    unsigned long bytes;
+};
+
+// The inner rows of a picture of three rows or more, filtered in place, bottom first:
+// f(window, row) gets the rows below, at and above stored row r as they stood before the
+// filter, and the picture's row r to write. `saved` holds two rows of the picture.
+template <class F>
+void forEachInnerRow(GImageRows const &rows, unsigned char *saved, F &&f)
+{
+    const unsigned long stride = rows.rowBytes();
+    unsigned char *previous = saved, *current = saved + stride;
+    std::memcpy(previous, rows.row(0), stride);
+    for (unsigned long r = 1; r + 1 < rows.count(); ++r) {
+        std::memcpy(current, rows.row(r), stride);
+        unsigned char const *const window[3] = {previous, current, rows.row(r + 1)};
+        f(window, rows.row(r));
+        std::swap(previous, current);
+    }
 }

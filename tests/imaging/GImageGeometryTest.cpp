@@ -148,3 +148,61 @@ TEST(GImageGeometry, ScaleRefusesZeroAndNegativeFactorsAndKeepsSidesTo16Bits)
     EXPECT_EQ(wide.getWidth(), 51712);
     EXPECT_EQ(*wide.at(0, 51711), 5);
 }
+
+TEST(GImageGeometry, ShrinkingWithinTheBufferSamplesAsFreshRowsWould)
+{
+    // Odd sides and factors at and below 1 on 8 and 24 bits, against sampling position by
+    // position from an untouched copy into rows whose padding is zero.
+    const float factors[][2] = {{0.5f, 0.5f}, {1.0f, 0.3f}, {0.77f, 1.0f}, {1.0f, 1.0f}, {0.1f, 0.9f}};
+    for (int bits : {8, 24})
+        for (auto const &factor : factors) {
+            const long width = 23, height = 9;
+            ProbeImage image(width, height, bits == 8 ? ProbeImage::greys(256) : std::vector<GColor>{});
+            for (unsigned long i = 0; i < image.info().biSizeImage; ++i)
+                image.bytes()[i] = static_cast<unsigned char>(i * 37 + 11);
+            ProbeImage pristine(image);
+            ASSERT_EQ(image.scale(factor[0], factor[1], 0), GImage::resultOk);
+            const long newWidth = static_cast<long>(width * factor[0]), newHeight = static_cast<long>(height * factor[1]);
+            ASSERT_EQ(image.info().biWidth, newWidth);
+            ASSERT_EQ(image.info().biHeight, newHeight);
+            const long bytes = bits / 8, stride = (bits * newWidth + 31) / 32 * 4;
+            ASSERT_EQ(image.info().biSizeImage, static_cast<DWORD>(stride * newHeight));
+            for (long r = 0; r < newHeight; ++r)
+                for (long x = 0; x < stride; ++x) {
+                    const long column = x / bytes;
+                    const long iy = static_cast<long>(static_cast<float>(r) / factor[1]);
+                    const long ix = static_cast<long>(static_cast<float>(column) / factor[0]);
+                    const int expected = column < newWidth ? pristine.at(iy, ix)[x % bytes] : 0;
+                    ASSERT_EQ(image.bytes()[r * stride + x], expected) << bits << " bits, factors " << factor[0]
+                                                                        << ", " << factor[1] << ", row " << r << ", byte " << x;
+                }
+        }
+}
+
+TEST(GImageGeometry, SquaresTurnWithinTheBufferAsIntoFreshRows)
+{
+    // Odd and even sides around the tile of 64, 8 and 24 bits, both ways: every byte against
+    // the rule read from an untouched copy, padding zero.
+    for (int bits : {8, 24})
+        for (long side : {1L, 2L, 5L, 66L, 131L})
+            for (float degrees : {90.0f, -90.0f}) {
+                ProbeImage image(side, side, bits == 8 ? ProbeImage::greys(256) : std::vector<GColor>{});
+                for (unsigned long i = 0; i < image.info().biSizeImage; ++i)
+                    image.bytes()[i] = static_cast<unsigned char>(i * 131 + 7);
+                ProbeImage pristine(image);
+                ASSERT_EQ(image.rotate(degrees, GColor(), 0), GImage::resultOk);
+                const long bytes = bits / 8, stride = (bits * side + 31) / 32 * 4;
+                ASSERT_EQ(image.info().biSizeImage, static_cast<DWORD>(stride * side));
+                for (long j = 0; j < side; ++j)
+                    for (long x = 0; x < stride; ++x) {
+                        const long k = x / bytes;
+                        int expected = 0;
+                        if (k < side)
+                            expected = degrees > 0 ? pristine.at(side - 1 - k, j)[x % bytes]
+                                                   : pristine.at(k, side - 1 - j)[x % bytes];
+                        ASSERT_EQ(image.bytes()[j * stride + x], expected)
+                            << bits << " bits, side " << side << ", " << degrees << " degrees, row " << j << ", byte " << x;
+                    }
+                EXPECT_EQ(image.isModified(), 1);
+            }
+}

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 // A grey-index picture of background 0 with a filled rectangle of 1.
@@ -142,4 +145,54 @@ TEST(GImageMorphology, MorphologyTablesEdgesAndCorners)
     EXPECT_EQ(*one.at(0, 0), 3);
     GImage bits(9, 9, 2);
     EXPECT_EQ(bits.morphology(1, black, black, 1), GImage::resultOk);
+}
+
+TEST(GImageMorphology, RowsAtOnceMatchTheRulesPositionByPosition)
+{
+    const char *const table3Rows[8] = {
+        "00000100000011000100010011001100", "01111111000011001111111111001100", "01111111000011000100010000000000",
+        "01111111000011000100010000000000", "01111111111111110100010011001100", "11111111111111111111111111001100",
+        "01111111000011000100000000000000", "01111111000001000100010000000000"};
+    const int table4Words[] = {5, 12, 17, 24, 33, 34, 36, 48, 65, 66, 68, 129, 130, 132, 136, 160};
+    auto holds = [&](int mode, unsigned char const *w) {
+        const int neighbours[8] = {0, 1, 2, 3, 5, 6, 7, 8};
+        int same = 0;
+        for (int bit = 0; bit < 8; ++bit)
+            same |= (w[neighbours[bit]] == w[4]) << bit;
+        switch (mode) {
+        case 0: return same == 0xFF;
+        case 1: return w[1] == w[4] && w[3] == w[4] && w[5] == w[4] && w[7] == w[4];
+        case 2: return w[0] == w[4] && w[2] == w[4] && w[6] == w[4] && w[8] == w[4];
+        case 3: return table3Rows[same / 32][same % 32] == '0';
+        case 4: return std::count(std::begin(table4Words), std::end(table4Words), ~same & 0xFF) == 1;
+        default: return true;
+        }
+    };
+    // Few index values, so that every word occurs; widths around the sixteen of a step.
+    unsigned long state = 99;
+    for (int mode : {0, 1, 2, 3, 4, 7})
+        for (int useBackground : {0, 1, 2})
+            for (long width : {1L, 3L, 17L, 18L, 35L}) {
+                const long height = 6;
+                ProbeImage image(width, height, ProbeImage::greys(256));
+                for (unsigned long i = 0; i < image.info().biSizeImage; ++i) {
+                    state = state * 1664525u + 1013904223u;
+                    image.bytes()[i] = static_cast<unsigned char>((state >> 24) % 3);
+                }
+                ProbeImage expected(image);
+                const unsigned char foreground = 200, background = 100;
+                for (long r = 1; r + 1 < height; ++r)
+                    for (long c = 1; c + 1 < width; ++c) {
+                        unsigned char w[9];
+                        image.getSubset(static_cast<unsigned short>(r), static_cast<unsigned short>(c), -1, 3, 0, w);
+                        if (holds(mode, w))
+                            *expected.at(r, c) = foreground;
+                        else if (useBackground == 1)
+                            *expected.at(r, c) = background;
+                    }
+                ASSERT_EQ(image.morphology(mode, GColor(200, 200, 200), GColor(100, 100, 100), useBackground),
+                          GImage::resultOk);
+                EXPECT_EQ(storedRows(image), storedRows(expected))
+                    << "mode " << mode << ", useBackground " << useBackground << ", width " << width;
+            }
 }
