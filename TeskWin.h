@@ -65,3 +65,5 @@
 #include "imaging/GImage.h"
 #include "contexts/PRectangle.h"
 #include "imaging/PImgDithSquare.h"
+#include "imagefiles/PImage.h"
+#include "imagefiles/PPicture.h"
