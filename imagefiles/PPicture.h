@@ -17,10 +17,12 @@ struct PictureImpl;
 class TESKWIN_API PPicture {
 public:
     enum Status { statusOk = 0, statusLoadFailed = 1 };
-    // The engine's code after which a failed load sets statusLoadFailed: a file of no bytes.
-    static constexpr int emptyFileCode = -500;
-    // The format of save that reduces true colour to 256 colours first (GIF).
-    static constexpr int formatPaletteOnly = 14;
+    enum Codes : int {
+        // The engine's code after which a failed load sets statusLoadFailed: a file of no bytes.
+        emptyFileCode = -500,
+        // The format of save that reduces true colour to 256 colours first (GIF).
+        formatPaletteOnly = 14
+    };
     // colorReduction's methods.
     enum ReductionMethod { reduceFixedTable = 1, reduceOptimised = 2 };
 
