@@ -117,6 +117,27 @@ int copyTwoBitRows(IWICBitmapSource *frame, EngineDib &dib)
     return SUCCEEDED(copied) ? codeOk : decodeFailure(copied);
 }
 
+// The decoder of the engine's five formats, told by the file's first bytes; null for any other.
+// Asking for the decoder by name spares the component's search through every codec it knows.
+CLSID const *decoderFor(unsigned char const *bytes, unsigned long size)
+{
+    struct Signature {
+        unsigned char bytes[4];
+        unsigned long length;
+        CLSID const *decoder;
+    };
+    static const Signature signatures[] = {{{0x89, 'P', 'N', 'G'}, 4, &CLSID_WICPngDecoder},
+                                           {{0xFF, 0xD8}, 2, &CLSID_WICJpegDecoder},
+                                           {{'G', 'I', 'F', '8'}, 4, &CLSID_WICGifDecoder},
+                                           {{'B', 'M'}, 2, &CLSID_WICBmpDecoder},
+                                           {{'I', 'I', 0x2A, 0}, 4, &CLSID_WICTiffDecoder},
+                                           {{'M', 'M', 0, 0x2A}, 4, &CLSID_WICTiffDecoder}};
+    for (Signature const &s : signatures)
+        if (size >= s.length && std::memcmp(bytes, s.bytes, s.length) == 0)
+            return s.decoder;
+    return nullptr;
+}
+
 struct IndexedForm {
     GUID const *format;
     int depth;
@@ -129,12 +150,19 @@ int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib
     IWICImagingFactory *wic = factory();
     if (!wic)
         return codeNoMemory;
+    CLSID const *decoderClass = decoderFor(static_cast<unsigned char const *>(bytes), size);
+    if (!decoderClass)
+        return codeNotAnImage;
     Com<IWICStream> stream;
     if (FAILED(wic->CreateStream(stream.out())) ||
         FAILED(stream->InitializeFromMemory(static_cast<BYTE *>(const_cast<void *>(bytes)), size)))
         return codeNoMemory;
     Com<IWICBitmapDecoder> decoder;
-    HRESULT result = wic->CreateDecoderFromStream(stream.get(), nullptr, WICDecodeMetadataCacheOnDemand, decoder.out());
+    HRESULT result = CoCreateInstance(*decoderClass, nullptr, CLSCTX_INPROC_SERVER, IID_IWICBitmapDecoder,
+                                      reinterpret_cast<void **>(decoder.out()));
+    if (FAILED(result))
+        return codeNotAnImage;
+    result = decoder->Initialize(stream.get(), WICDecodeMetadataCacheOnDemand);
     if (FAILED(result))
         return decodeFailure(result);
     Com<IWICBitmapFrameDecode> frame;
@@ -192,10 +220,14 @@ int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib
         if (done != codeOk)
             return done;
         Com<IWICBitmapSource> converted;
-        result = WICConvertBitmapSource(GUID_WICPixelFormat24bppBGR, frame.get(), converted.out());
-        if (FAILED(result))
-            return decodeFailure(result);
-        done = copyRows(converted.get(), dib);
+        IWICBitmapSource *rows = frame.get();
+        if (!IsEqualGUID(format, GUID_WICPixelFormat24bppBGR)) {
+            result = WICConvertBitmapSource(GUID_WICPixelFormat24bppBGR, frame.get(), converted.out());
+            if (FAILED(result))
+                return decodeFailure(result);
+            rows = converted.get();
+        }
+        done = copyRows(rows, dib);
         if (done != codeOk)
             return done;
     }
@@ -211,13 +243,13 @@ int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib
 
 namespace {
 
-GUID const &containerGuid(WicContainer container)
+CLSID const &encoderClass(WicContainer container)
 {
     switch (container) {
-    case WicContainer::png: return GUID_ContainerFormatPng;
-    case WicContainer::jpeg: return GUID_ContainerFormatJpeg;
-    case WicContainer::tiff: return GUID_ContainerFormatTiff;
-    default: return GUID_ContainerFormatGif;
+    case WicContainer::png: return CLSID_WICPngEncoder;
+    case WicContainer::jpeg: return CLSID_WICJpegEncoder;
+    case WicContainer::tiff: return CLSID_WICTiffEncoder;
+    default: return CLSID_WICGifEncoder;
     }
 }
 
@@ -300,7 +332,8 @@ int wicEncode(EngineDib const &dib, WicContainer container, wchar_t const *path)
     if (FAILED(stream->InitializeFromFilename(path, GENERIC_WRITE)))
         return codeCannotOpen;
     Com<IWICBitmapEncoder> encoder;
-    HRESULT result = wic->CreateEncoder(containerGuid(container), nullptr, encoder.out());
+    HRESULT result = CoCreateInstance(encoderClass(container), nullptr, CLSCTX_INPROC_SERVER, IID_IWICBitmapEncoder,
+                                      reinterpret_cast<void **>(encoder.out()));
     if (FAILED(result) || FAILED(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache)))
         return codeCannotWrite;
     Com<IWICBitmapFrameEncode> frame;
