@@ -7,6 +7,7 @@
 #include <wincodec.h>
 
 #include <cstring>
+#include <map>
 
 namespace {
 
@@ -45,6 +46,23 @@ IWICImagingFactory *factory()
                          reinterpret_cast<void **>(&made));
     }
     return made;
+}
+
+// A codec of the component by its class. The class objects are kept for the life of the
+// process, like the factory: asking the registry for them on every file costs more than a
+// small picture's decoding.
+template <class Interface>
+HRESULT createCodec(CLSID const &codec, REFIID interfaceId, Interface **out)
+{
+    static std::map<CLSID const *, IClassFactory *> kept;
+    IClassFactory *&classObject = kept[&codec];
+    if (!classObject) {
+        const HRESULT got = CoGetClassObject(codec, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                                             reinterpret_cast<void **>(&classObject));
+        if (FAILED(got))
+            return got;
+    }
+    return classObject->CreateInstance(nullptr, interfaceId, reinterpret_cast<void **>(out));
 }
 
 int decodeFailure(HRESULT result)
@@ -158,8 +176,7 @@ int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib
         FAILED(stream->InitializeFromMemory(static_cast<BYTE *>(const_cast<void *>(bytes)), size)))
         return codeNoMemory;
     Com<IWICBitmapDecoder> decoder;
-    HRESULT result = CoCreateInstance(*decoderClass, nullptr, CLSCTX_INPROC_SERVER, IID_IWICBitmapDecoder,
-                                      reinterpret_cast<void **>(decoder.out()));
+    HRESULT result = createCodec(*decoderClass, IID_IWICBitmapDecoder, decoder.out());
     if (FAILED(result))
         return codeNotAnImage;
     result = decoder->Initialize(stream.get(), WICDecodeMetadataCacheOnDemand);
@@ -332,8 +349,7 @@ int wicEncode(EngineDib const &dib, WicContainer container, wchar_t const *path)
     if (FAILED(stream->InitializeFromFilename(path, GENERIC_WRITE)))
         return codeCannotOpen;
     Com<IWICBitmapEncoder> encoder;
-    HRESULT result = CoCreateInstance(encoderClass(container), nullptr, CLSCTX_INPROC_SERVER, IID_IWICBitmapEncoder,
-                                      reinterpret_cast<void **>(encoder.out()));
+    HRESULT result = createCodec(encoderClass(container), IID_IWICBitmapEncoder, encoder.out());
     if (FAILED(result) || FAILED(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache)))
         return codeCannotWrite;
     Com<IWICBitmapFrameEncode> frame;

@@ -47,7 +47,7 @@ long long currentInput = -1;
 long long loaded = 0, refused = 0;
 
 // One in this many inputs is also written and loaded as a file.
-const std::size_t fileShare = 16;
+const std::size_t fileShare = 4;
 
 // 1 for a fault of a PImage load: a success without a usable image, or a positive result.
 int checkImage(PImage &image, int result, long long input)
