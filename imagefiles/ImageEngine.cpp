@@ -71,11 +71,21 @@ void replace(Image &image, EngineDib &&dib)
     image.dib = static_cast<EngineDib &&>(dib);
 }
 
-// The whole file in a block from PGlobalAlloc, within the cap.
-int readFile(char const *path, unsigned char *&bytes, unsigned long &size)
+// A path as the imaging component takes it.
+std::vector<wchar_t> widePath(char const *path)
+{
+    const int length = MultiByteToWideChar(CP_ACP, 0, path, -1, nullptr, 0);
+    std::vector<wchar_t> wide(static_cast<std::size_t>(length > 0 ? length : 1), L'\0');
+    if (length > 0)
+        MultiByteToWideChar(CP_ACP, 0, path, -1, wide.data(), length);
+    return wide;
+}
+
+// The file's size and first bytes, within the cap; the decoder reads the rest itself.
+int readHead(char const *path, unsigned char (&head)[signatureBytes], unsigned long &headSize)
 {
     PFile file;
-    if (!path || !file.open(PString(path), PFile::readAccess, PFile::shareRead, PFile::openExisting))
+    if (!path || !*path || !file.open(PString(path), PFile::readAccess, PFile::shareRead, PFile::openExisting))
         return codeCannotOpen;
     const long end = file.seek(0, PFile::fromEnd);
     if (end < 0 || file.seek(0, PFile::fromStart) != 0)
@@ -84,16 +94,7 @@ int readFile(char const *path, unsigned char *&bytes, unsigned long &size)
         return codeEmptyFile;
     if (static_cast<unsigned long long>(end) > maxFileBytes)
         return codeTooLarge;
-    bytes = static_cast<unsigned char *>(PGlobalAlloc(static_cast<unsigned long>(end)));
-    if (!bytes)
-        return codeNoMemory;
-    // A file that shrank (or vanished) after the open reads short.
-    if (file.read(bytes, end) != end) {
-        PGlobalFree(bytes);
-        bytes = nullptr;
-        return codeCannotRead;
-    }
-    size = static_cast<unsigned long>(end);
+    headSize = static_cast<unsigned long>(file.read(head, signatureBytes));
     return codeOk;
 }
 
@@ -245,13 +246,17 @@ int loadMemory(void const *buffer, long size, Handle &image)
 
 int loadFile(char const *path, Handle &image)
 {
-    unsigned char *bytes = nullptr;
-    unsigned long size = 0;
-    const int read = readFile(path, bytes, size);
+    unsigned char head[signatureBytes] = {};
+    unsigned long headSize = 0;
+    const int read = readHead(path, head, headSize);
     if (read != codeOk)
         return fail(read);
-    DibGlobalBlock scope(bytes);
-    return loadMemory(bytes, static_cast<long>(size), image);
+    // A file that shrinks or vanishes from here on fails in the decoder.
+    EngineDib dib;
+    const int done = wicDecodeFile(widePath(path).data(), head, headSize, keepPalette, dib);
+    if (done != codeOk)
+        return fail(done);
+    return fail(adopt(static_cast<EngineDib &&>(dib), image));
 }
 
 int deleteImage(Handle image) { return images().erase(image) ? codeOk : fail(codeInvalidHandle); }
@@ -377,12 +382,7 @@ int save(Handle handle, char const *path, int format)
         break;
     default: return fail(codeUnknownFormat);
     }
-    const int wide = MultiByteToWideChar(CP_ACP, 0, path, -1, nullptr, 0);
-    if (wide <= 0)
-        return fail(codeCannotOpen);
-    std::vector<wchar_t> widePath(static_cast<std::size_t>(wide));
-    MultiByteToWideChar(CP_ACP, 0, path, -1, widePath.data(), wide);
-    return fail(wicEncode(image->dib, container, widePath.data()));
+    return fail(wicEncode(image->dib, container, widePath(path).data()));
 }
 
 int promoteDepth(Handle handle, int mode)

@@ -163,23 +163,17 @@ struct IndexedForm {
 
 } // namespace
 
-int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib &out)
+namespace {
+
+// The first frame of a stream whose decoder the first bytes named.
+int decodeStream(IWICStream *stream, CLSID const *decoderClass, bool keepPalette, EngineDib &out)
 {
     IWICImagingFactory *wic = factory();
-    if (!wic)
-        return codeNoMemory;
-    CLSID const *decoderClass = decoderFor(static_cast<unsigned char const *>(bytes), size);
-    if (!decoderClass)
-        return codeNotAnImage;
-    Com<IWICStream> stream;
-    if (FAILED(wic->CreateStream(stream.out())) ||
-        FAILED(stream->InitializeFromMemory(static_cast<BYTE *>(const_cast<void *>(bytes)), size)))
-        return codeNoMemory;
     Com<IWICBitmapDecoder> decoder;
     HRESULT result = createCodec(*decoderClass, IID_IWICBitmapDecoder, decoder.out());
     if (FAILED(result))
         return codeNotAnImage;
-    result = decoder->Initialize(stream.get(), WICDecodeMetadataCacheOnDemand);
+    result = decoder->Initialize(stream, WICDecodeMetadataCacheOnDemand);
     if (FAILED(result))
         return decodeFailure(result);
     Com<IWICBitmapFrameDecode> frame;
@@ -256,6 +250,39 @@ int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib
     }
     out = static_cast<EngineDib &&>(dib);
     return codeOk;
+}
+
+} // namespace
+
+int wicDecode(void const *bytes, unsigned long size, bool keepPalette, EngineDib &out)
+{
+    IWICImagingFactory *wic = factory();
+    if (!wic)
+        return codeNoMemory;
+    CLSID const *decoderClass = decoderFor(static_cast<unsigned char const *>(bytes), size);
+    if (!decoderClass)
+        return codeNotAnImage;
+    Com<IWICStream> stream;
+    if (FAILED(wic->CreateStream(stream.out())) ||
+        FAILED(stream->InitializeFromMemory(static_cast<BYTE *>(const_cast<void *>(bytes)), size)))
+        return codeNoMemory;
+    return decodeStream(stream.get(), decoderClass, keepPalette, out);
+}
+
+int wicDecodeFile(wchar_t const *path, void const *head, unsigned long headSize, bool keepPalette, EngineDib &out)
+{
+    IWICImagingFactory *wic = factory();
+    if (!wic)
+        return codeNoMemory;
+    CLSID const *decoderClass = decoderFor(static_cast<unsigned char const *>(head), headSize);
+    if (!decoderClass)
+        return codeNotAnImage;
+    Com<IWICStream> stream;
+    if (FAILED(wic->CreateStream(stream.out())))
+        return codeNoMemory;
+    if (FAILED(stream->InitializeFromFilename(path, GENERIC_READ)))
+        return codeCannotOpen;
+    return decodeStream(stream.get(), decoderClass, keepPalette, out);
 }
 
 namespace {

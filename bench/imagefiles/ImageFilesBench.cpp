@@ -1,7 +1,7 @@
 // ImageFilesBench - load and save of a 4096 x 4096 picture in each format through PImage,
 // against the same work done directly through the platform's imaging component: the file
 // decoded into a buffer of rows, and a buffer of rows encoded into a file.
-//   wine imagefiles_bench.exe [repeats]
+//   wine imagefiles_bench.exe [repeats [format]]   (format: PNG, JPEG, TIFF, GIF or BMP)
 #include "TeskWin.h"
 #include "BenchTimer.h"
 
@@ -181,6 +181,8 @@ int main(int argc, char **argv)
     std::printf("%-5s %10s %10s %7s %10s %10s %7s\n", "", "load lib", "load WIC", "ratio", "save lib", "save WIC",
                 "ratio");
     for (Format const &format : formats) {
+        if (argc > 2 && lstrcmpiA(argv[2], format.name) != 0)
+            continue;
         const std::string source = tempPath("source.bmp"), file = tempPath("file") + format.extension,
                           out = tempPath("out") + format.extension;
         writeSource(source, format.bits);
