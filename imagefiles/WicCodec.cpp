@@ -74,22 +74,15 @@ int decodeFailure(HRESULT result)
     return codeCorrupt;
 }
 
-// Copies the frame (top-down rows) into the DIB and turns the rows bottom-up.
+// Copies the frame's top-down rows straight into their bottom-up places in the DIB.
 int copyRows(IWICBitmapSource *source, EngineDib &dib)
 {
     const unsigned long stride = dib.stride();
-    const UINT size = static_cast<UINT>(stride * static_cast<unsigned long long>(dib.height()));
-    const HRESULT copied = source->CopyPixels(nullptr, stride, size, dib.bits());
-    if (FAILED(copied))
-        return decodeFailure(copied);
-    for (long top = 0, bottom = dib.height() - 1; top < bottom; ++top, --bottom) {
-        unsigned long *a = reinterpret_cast<unsigned long *>(dib.row(top));
-        unsigned long *b = reinterpret_cast<unsigned long *>(dib.row(bottom));
-        for (unsigned long i = 0; i < stride / 4; ++i) {
-            const unsigned long t = a[i];
-            a[i] = b[i];
-            b[i] = t;
-        }
+    for (long y = 0; y < dib.height(); ++y) {
+        const WICRect line{0, INT(y), INT(dib.width()), 1};
+        const HRESULT copied = source->CopyPixels(&line, stride, stride, dib.row(dib.height() - 1 - y));
+        if (FAILED(copied))
+            return decodeFailure(copied);
     }
     return codeOk;
 }

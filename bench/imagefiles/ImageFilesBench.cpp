@@ -100,7 +100,8 @@ bool directLoad(std::string const &path, Format const &format, std::vector<unsig
               SUCCEEDED(decoder->GetFrame(0, &frame));
     if (ok) {
         const UINT stride = (theSide * format.bits / 8 + 3) & ~3u;
-        rows.resize(static_cast<std::size_t>(stride) * theSide);
+        // A fresh buffer each time, as the library must make one.
+        std::vector<unsigned char>(static_cast<std::size_t>(stride) * theSide).swap(rows);
         ok = SUCCEEDED(frame->CopyPixels(nullptr, stride, UINT(rows.size()), rows.data()));
     }
     if (frame)
