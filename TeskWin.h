@@ -71,3 +71,5 @@
 #include "contexts/PLaputa.h"
 #include "contexts/PImageList.h"
 #include "imaging/PImgDithSquare.h"
+#include "imagefiles/PImage.h"
+#include "imagefiles/PPicture.h"
