@@ -69,10 +69,7 @@ TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
     scroller.scrollTo(4, 5);
     window->updateWindow();
     // The square of the document at (10, 10)-(30, 30) now stands at (6, 5)-(26, 25).
-    EXPECT_EQ(probeRed, pixelAt(*window, 6, 5));
-    EXPECT_EQ(probeRed, pixelAt(*window, 25, 24));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 26, 25));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 5, 4));
+    expectPixels(*window, {{6, 5, probeRed}, {25, 24, probeRed}, {26, 25, probeWhite}, {5, 4, probeWhite}});
     EXPECT_EQ(4, GetScrollPos(*window, SB_HORZ));
     EXPECT_EQ(5, GetScrollPos(*window, SB_VERT));
     // A client point becomes a point of the document.
@@ -244,9 +241,7 @@ TEST(PScroller, TheClipAreaBoundsTheMovedPixels)
     // Only the pixels inside the clip area change: the square moves down there alone.
     scroller.setClipArea(GRect(0, 0, 20, 200));
     scroller.scrollWindow(GPoint(0, 40));
-    EXPECT_EQ(probeRed, pixelAt(*window, 15, 55));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 25, 55));
-    EXPECT_EQ(probeRed, pixelAt(*window, 25, 25));
+    expectPixels(*window, {{15, 55, probeRed}, {25, 55, probeWhite}, {25, 25, probeRed}});
 }
 
 TEST(PScroller, CopiesShareTheirAreas)
