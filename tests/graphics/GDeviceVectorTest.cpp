@@ -235,7 +235,8 @@ TEST(GDeviceVector, BoxedPolylinesDrawAndCountTheVisibleRuns)
     GDevicePolyline out(4, GMapMode());
     fillList(out, {{2, 5}, {30, 5}, {30, 8}, {2, 8}});
     EXPECT_EQ(device.polylineBoxed(out, box), 4);
-    expectPixels(canvas.device, {{10, 5, black}, {10, 8, black}, {25, 5, white}, {30, 6, white}, {20, 6, white}}); // the runs are not joined along the edge
+    // (20, 6): the runs are not joined along the edge.
+    expectPixels(canvas.device, {{10, 5, black}, {10, 8, black}, {25, 5, white}, {30, 6, white}, {20, 6, white}});
 
     // The box is in device units, untranslated, while the list holds device vertices.
     canvas.device.clear();

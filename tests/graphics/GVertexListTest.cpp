@@ -70,8 +70,8 @@ TEST(ForceLine, ClipsMovesAndRejectsInTwoRounds)
     };
     for (Case const &c : cases) {
         long v[4] = {c.line[0], c.line[1], c.line[2], c.line[3]};
-        EXPECT_EQ(ForceLine<long>::forceLine(v[0], v[1], v[2], v[3], c.bounds[0], c.bounds[1], c.bounds[2], c.bounds[3]),
-                  c.result);
+        long const *b = c.bounds;
+        EXPECT_EQ(ForceLine<long>::forceLine(v[0], v[1], v[2], v[3], b[0], b[1], b[2], b[3]), c.result);
         for (int i = 0; i < 4; ++i)
             EXPECT_EQ(v[i], c.clipped[i]) << "line from " << c.line[0] << "," << c.line[1] << " value " << i;
     }

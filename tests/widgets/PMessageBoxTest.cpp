@@ -26,6 +26,14 @@ public:
     }
 };
 
+// The style the box asks the platform for.
+template <class Box>
+UINT styleOf(Box &&box)
+{
+    box.execute(PString("c"), PString("t"));
+    return FakeMessageBox::last.style;
+}
+
 } // namespace
 
 TEST_F(PMessageBoxTest, StylesCombineButtonSetIconAndDefault)
@@ -36,21 +44,15 @@ TEST_F(PMessageBoxTest, StylesCombineButtonSetIconAndDefault)
     EXPECT_EQ("text", FakeMessageBox::last.text);
     EXPECT_EQ(nullptr, FakeMessageBox::last.owner);
 
-    PMessageBox(nullptr, 0, 0).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OK), FakeMessageBox::last.style);
+    EXPECT_EQ(static_cast<UINT>(MB_OK), styleOf(PMessageBox(nullptr, 0, 0)));
     // The first integer is the icon.
-    PMBOkayCancel(nullptr, 2, 4).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONEXCLAMATION), FakeMessageBox::last.style);
-    PMBOkayCancel(nullptr, 4, 2).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONQUESTION | MB_DEFBUTTON2), FakeMessageBox::last.style);
-    PMBYesNoCancel(nullptr, 1, 3).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_YESNOCANCEL | MB_ICONINFORMATION | MB_DEFBUTTON3), FakeMessageBox::last.style);
-    PMBRetryCancel(nullptr, 3, 1).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_RETRYCANCEL | MB_ICONSTOP), FakeMessageBox::last.style);
+    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONEXCLAMATION), styleOf(PMBOkayCancel(nullptr, 2, 4)));
+    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONQUESTION | MB_DEFBUTTON2), styleOf(PMBOkayCancel(nullptr, 4, 2)));
+    EXPECT_EQ(static_cast<UINT>(MB_YESNOCANCEL | MB_ICONINFORMATION | MB_DEFBUTTON3),
+              styleOf(PMBYesNoCancel(nullptr, 1, 3)));
+    EXPECT_EQ(static_cast<UINT>(MB_RETRYCANCEL | MB_ICONSTOP), styleOf(PMBRetryCancel(nullptr, 3, 1)));
     PMBAbortRetryIgnore abort(nullptr, 5, 9);
-    PMBAbortRetryIgnore copy(abort);
-    copy.execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_ABORTRETRYIGNORE), FakeMessageBox::last.style);
+    EXPECT_EQ(static_cast<UINT>(MB_ABORTRETRYIGNORE), styleOf(PMBAbortRetryIgnore(abort)));
 }
 
 TEST_F(PMessageBoxTest, AnswersBecomeTheLibrarysCodes)
