@@ -7,27 +7,9 @@
 
 namespace {
 
-class EventLoops : public ::testing::Test {
+class EventLoops : public RecordingFixture {
 protected:
-    void SetUp() override
-    {
-        registerTestClass(app);
-        pumpMessages();
-        window = new RecordingWindow(nullptr, &app, log, "w");
-        ASSERT_TRUE(window->create());
-        pumpMessages();
-        log.clear();
-    }
-    void TearDown() override
-    {
-        if (window)
-            window->shutDownWindow();
-        pumpMessages();
-    }
-
-    TestApplication app;
-    EventLog log;
-    RecordingWindow *window = nullptr;
+    EventLoops() : RecordingFixture("w") {}
 };
 
 TEST_F(EventLoops, QuitEndsTheLoopWithItsCodeAndDeletesTheObject)

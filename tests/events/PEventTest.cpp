@@ -7,20 +7,14 @@
 
 namespace {
 
-class EventRecords : public ::testing::Test {
+class EventRecords : public RecordingFixture {
 protected:
+    EventRecords() : RecordingFixture("w") {}
     void SetUp() override
     {
-        registerTestClass(app);
-        window = new RecordingWindow(nullptr, &app, log, "w");
-        ASSERT_TRUE(window->create());
+        RecordingFixture::SetUp();
         MoveWindow(*window, 100, 120, 300, 200, TRUE);
     }
-    void TearDown() override { window->shutDownWindow(); }
-
-    TestApplication app;
-    EventLog log;
-    RecordingWindow *window = nullptr;
 };
 
 TEST_F(EventRecords, LocationIsTheCursorInClientOrScreenCoordinates)

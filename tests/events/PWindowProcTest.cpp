@@ -18,21 +18,9 @@ int countOf(EventLog const &log, std::string const &part)
     return count;
 }
 
-class Dispatch : public ::testing::Test {
+class Dispatch : public RecordingFixture {
 protected:
-    void SetUp() override
-    {
-        registerTestClass(app);
-        window = new RecordingWindow(nullptr, &app, log, "p");
-        ASSERT_TRUE(window->create());
-        pumpMessages();
-        log.clear();
-    }
-    void TearDown() override
-    {
-        if (window)
-            window->shutDownWindow();
-    }
+    Dispatch() : RecordingFixture("p") {}
 
     LRESULT send(PWindowObject *target, UINT message, WPARAM wParam, LPARAM lParam)
     {
@@ -45,10 +33,6 @@ protected:
         EXPECT_TRUE(made->create());
         return made;
     }
-
-    TestApplication app;
-    EventLog log;
-    RecordingWindow *window = nullptr;
 };
 
 TEST_F(Dispatch, UnboundHandleGoesToTheDefaultProcedureAlone)

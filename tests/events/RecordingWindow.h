@@ -7,6 +7,7 @@
 #include "support/TestApplication.h"
 #include "events/PWindowObject.h"
 
+#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <string>
@@ -76,3 +77,29 @@ private:
 void registerTestClass(TestApplication &app);
 // Sends every queued message of the thread to its window.
 void pumpMessages();
+
+// A fixture with one created top-level RecordingWindow, its log emptied.
+class RecordingFixture : public ::testing::Test {
+protected:
+    explicit RecordingFixture(char const *windowName) : windowName(windowName) {}
+    void SetUp() override
+    {
+        registerTestClass(app);
+        pumpMessages();
+        window = new RecordingWindow(nullptr, &app, log, windowName);
+        ASSERT_TRUE(window->create());
+        pumpMessages();
+        log.clear();
+    }
+    void TearDown() override
+    {
+        if (window)
+            window->shutDownWindow();
+        pumpMessages();
+    }
+
+    char const *windowName;
+    TestApplication app;
+    EventLog log;
+    RecordingWindow *window = nullptr;
+};

@@ -27,25 +27,19 @@ std::ptrdiff_t slotOf(Member member)
 TEST(IConsoleApp, TableHoldsTheNineteenOperationsInOrder)
 {
     EXPECT_FALSE(std::has_virtual_destructor<IConsoleApp>::value);
-    EXPECT_EQ(slotOf(&IConsoleApp::getInstance), 0);
-    EXPECT_EQ(slotOf(&IConsoleApp::getResourceModule), 1);
-    EXPECT_EQ(slotOf(&IConsoleApp::getCommandLine), 2);
-    EXPECT_EQ(slotOf(&IConsoleApp::getShowCommand), 3);
-    EXPECT_EQ(slotOf(&IConsoleApp::getProgramPath), 4);
-    EXPECT_EQ(slotOf(&IConsoleApp::getAppName), 5);
-    EXPECT_EQ(slotOf(&IConsoleApp::getCompanyName), 6);
-    EXPECT_EQ(slotOf(&IConsoleApp::getVersion), 7);
-    EXPECT_EQ(slotOf(&IConsoleApp::getHelpFile), 8);
-    EXPECT_EQ(slotOf(&IConsoleApp::getWorkingFolder), 9);
-    EXPECT_EQ(slotOf(&IConsoleApp::getTempPrefix), 10);
-    EXPECT_EQ(slotOf(&IConsoleApp::getLanguage), 11);
-    EXPECT_EQ(slotOf(&IConsoleApp::getCodePage), 12);
-    EXPECT_EQ(slotOf(&IConsoleApp::isInteractive), 13);
-    EXPECT_EQ(slotOf(&IConsoleApp::initInstance), 14);
-    EXPECT_EQ(slotOf(&IConsoleApp::run), 15);
-    EXPECT_EQ(slotOf(&IConsoleApp::exitInstance), 16);
-    EXPECT_EQ(slotOf(&IConsoleApp::getStringId), 17);
-    EXPECT_EQ(slotOf(&IConsoleApp::setExitCode), 18);
+    const std::ptrdiff_t slots[] = {slotOf(&IConsoleApp::getInstance), slotOf(&IConsoleApp::getResourceModule),
+                                    slotOf(&IConsoleApp::getCommandLine), slotOf(&IConsoleApp::getShowCommand),
+                                    slotOf(&IConsoleApp::getProgramPath), slotOf(&IConsoleApp::getAppName),
+                                    slotOf(&IConsoleApp::getCompanyName), slotOf(&IConsoleApp::getVersion),
+                                    slotOf(&IConsoleApp::getHelpFile), slotOf(&IConsoleApp::getWorkingFolder),
+                                    slotOf(&IConsoleApp::getTempPrefix), slotOf(&IConsoleApp::getLanguage),
+                                    slotOf(&IConsoleApp::getCodePage), slotOf(&IConsoleApp::isInteractive),
+                                    slotOf(&IConsoleApp::initInstance), slotOf(&IConsoleApp::run),
+                                    slotOf(&IConsoleApp::exitInstance), slotOf(&IConsoleApp::getStringId),
+                                    slotOf(&IConsoleApp::setExitCode)};
+    // In declaration order, one slot each.
+    for (std::ptrdiff_t i = 0; i < 19; ++i)
+        EXPECT_EQ(slots[i], i);
 }
 
 TEST(IConsoleApp, NewestLiveApplicationIsTheProcesssOne)

@@ -105,28 +105,22 @@ TEST(PCoord, StartsAtZeroAndAddsComponentWise)
 
 TEST(PCoord, ShortRotationTurnsCounterClockwiseInDegrees)
 {
-    PCoord<short> p(10, 0);
-    p.rotate(90.0, PCoord<short>(0, 0));
-    EXPECT_EQ(p.xval(), 0);
-    EXPECT_EQ(p.yval(), 10);
-    p.rotate(90.0, PCoord<short>(0, 0));
-    EXPECT_EQ(p.xval(), -10);
-    EXPECT_EQ(p.yval(), 0);
-
-    PCoord<short> q(6, 5);
-    q.rotate(-90.0, PCoord<short>(5, 5));
-    EXPECT_EQ(q.xval(), 5);
-    EXPECT_EQ(q.yval(), 4);
-
+    struct Case {
+        short x, y;
+        double degrees;
+        short centreX, centreY;
+        short expectedX, expectedY;
+    };
     // Results are rounded to the nearest: 10 cos 30 = 8.66, 10 sin 30 = 5.
-    PCoord<short> r(10, 0);
-    r.rotate(30.0, PCoord<short>(0, 0));
-    EXPECT_EQ(r.xval(), 9);
-    EXPECT_EQ(r.yval(), 5);
-    PCoord<short> s(-10, 0);
-    s.rotate(45.0, PCoord<short>(0, 0));
-    EXPECT_EQ(s.xval(), -7);
-    EXPECT_EQ(s.yval(), -7);
+    for (Case const &c : {Case{10, 0, 90, 0, 0, 0, 10}, Case{0, 10, 90, 0, 0, -10, 0}, Case{6, 5, -90, 5, 5, 5, 4},
+                          Case{10, 0, 30, 0, 0, 9, 5}, Case{-10, 0, 45, 0, 0, -7, -7},
+                          // Far points are held at the limits of short.
+                          Case{32767, 0, 180, -32768, 0, SHRT_MIN, 0}}) {
+        PCoord<short> p(c.x, c.y);
+        p.rotate(c.degrees, PCoord<short>(c.centreX, c.centreY));
+        EXPECT_EQ(p.xval(), c.expectedX) << c.x << "," << c.y << " by " << c.degrees;
+        EXPECT_EQ(p.yval(), c.expectedY) << c.x << "," << c.y << " by " << c.degrees;
+    }
 
     // The corners of a 4 by 3 picture turned by 90 degrees span 3 by 4.
     PCoord<short> corners[] = {{0, 0}, {3, 0}, {0, 2}, {3, 2}};
@@ -141,12 +135,6 @@ TEST(PCoord, ShortRotationTurnsCounterClockwiseInDegrees)
     }
     EXPECT_EQ(maxX - minX + 1, 3);
     EXPECT_EQ(maxY - minY + 1, 4);
-
-    // Far points are held at the limits of short.
-    PCoord<short> distant(32767, 0);
-    distant.rotate(180.0, PCoord<short>(-32768, 0));
-    EXPECT_EQ(distant.xval(), SHRT_MIN);
-    EXPECT_EQ(distant.yval(), 0);
 }
 
 } // namespace

@@ -21,14 +21,8 @@ void expectQuadrants(GBitmap const &bitmap)
     EXPECT_EQ(bitmap.getSize().getX(), 6);
     EXPECT_EQ(bitmap.getSize().getY(), 4);
     const PlatformPixels pixels(bitmap);
-    EXPECT_EQ(pixels.pixel(0, 0), red);
-    EXPECT_EQ(pixels.pixel(2, 1), red);
-    EXPECT_EQ(pixels.pixel(3, 0), green);
-    EXPECT_EQ(pixels.pixel(5, 1), green);
-    EXPECT_EQ(pixels.pixel(0, 2), blue);
-    EXPECT_EQ(pixels.pixel(2, 3), blue);
-    EXPECT_EQ(pixels.pixel(3, 2), white);
-    EXPECT_EQ(pixels.pixel(5, 3), white);
+    expectPixels(pixels, {{0, 0, red}, {2, 1, red}, {3, 0, green}, {5, 1, green}, {0, 2, blue}, {2, 3, blue},
+                          {3, 2, white}, {5, 3, white}});
     EXPECT_EQ(pixels.countPixels(red), 6);
 }
 
@@ -135,8 +129,7 @@ TEST(GBitmap, LoadsResourcesByNumberAndByName)
         EXPECT_EQ(stripes.getSize().getX(), 8);
         EXPECT_EQ(stripes.getSize().getY(), 8);
         const PlatformPixels pixels(stripes);
-        EXPECT_EQ(pixels.pixel(4, 0), RGB(0, 0, 0));
-        EXPECT_EQ(pixels.pixel(4, 1), white);
+        expectPixels(pixels, {{4, 0, RGB(0, 0, 0)}, {4, 1, white}});
 
         GBitmap highBits;
         EXPECT_EQ(highBits.load(&app, 0x50000 | IDB_QUADRANTS), 1) << "only the low 16 bits name it";

@@ -29,11 +29,7 @@ TEST(GDeviceRaster, DrawBitmapStoresTheLocationAndCopiesPixels)
         fillDevice(source, 0, 0, 4, 3, red);
     }
     target.draw(picture, GPoint(10, 5), SRCCOPY);
-    EXPECT_EQ(pixelAt(target, 10, 5), red);
-    EXPECT_EQ(pixelAt(target, 13, 7), red);
-    EXPECT_EQ(pixelAt(target, 14, 7), white);
-    EXPECT_EQ(pixelAt(target, 13, 8), white);
-    EXPECT_EQ(pixelAt(target, 9, 5), white);
+    expectPixels(target, {{10, 5, red}, {13, 7, red}, {14, 7, white}, {13, 8, white}, {9, 5, white}});
 
     HandlelessDevice none;
     GBitmap untouched;
@@ -79,17 +75,12 @@ TEST(GDeviceRaster, ImagesAreDrawnAndZoomedThroughTheirHeaderAndPalette)
     {
         GImage image = solidImage(3, 2, 24, GPalette(), red);
         target.draw(image, GPoint(4, 5));
-        EXPECT_EQ(pixelAt(target, 4, 5), red);
-        EXPECT_EQ(pixelAt(target, 6, 6), red);
-        EXPECT_EQ(pixelAt(target, 7, 6), white);
-        EXPECT_EQ(pixelAt(target, 6, 7), white);
+        expectPixels(target, {{4, 5, red}, {6, 6, red}, {7, 6, white}, {6, 7, white}});
         EXPECT_EQ(GetBkMode(target), TRANSPARENT);
 
         SetStretchBltMode(target, HALFTONE);
         EXPECT_EQ(target.zoomImage(image, GRect(0, 0, 3, 2), GRect(30, 20, 20, 10), SRCCOPY), 2);
-        EXPECT_EQ(pixelAt(target, 20, 10), white);
-        EXPECT_EQ(pixelAt(target, 30, 20), red);
-        EXPECT_EQ(pixelAt(target, 39, 29), red);
+        expectPixels(target, {{20, 10, white}, {30, 20, red}, {39, 29, red}});
         EXPECT_EQ(GetStretchBltMode(target), HALFTONE);
     }
     {
@@ -99,9 +90,7 @@ TEST(GDeviceRaster, ImagesAreDrawnAndZoomedThroughTheirHeaderAndPalette)
         ASSERT_EQ(image.numColors(), 2);
         target.clear();
         target.draw(image, GPoint(1, 1));
-        EXPECT_EQ(pixelAt(target, 1, 1), blue);
-        EXPECT_EQ(pixelAt(target, 5, 1), blue);
-        EXPECT_EQ(pixelAt(target, 6, 1), white);
+        expectPixels(target, {{1, 1, blue}, {5, 1, blue}, {6, 1, white}});
     }
 
     HandlelessDevice none;
@@ -121,17 +110,13 @@ TEST(GDeviceRaster, StretchKeepsSizeForReversedTargetsAndReportsMissingHandles)
     }
     // Reversed edges: the position stays at the left and top as given.
     EXPECT_NE(target.stretchImage(picture, GRect(0, 0, 2, 2), GRect(5, 5, 1, 1), SRCCOPY), 0);
-    EXPECT_EQ(pixelAt(target, 5, 5), blue);
-    EXPECT_EQ(pixelAt(target, 8, 8), blue);
-    EXPECT_EQ(pixelAt(target, 9, 9), white);
-    EXPECT_EQ(pixelAt(target, 4, 4), white);
+    expectPixels(target, {{5, 5, blue}, {8, 8, blue}, {9, 9, white}, {4, 4, white}});
     EXPECT_EQ(GetStretchBltMode(target), COLORONCOLOR);
 
     GImage unused;
     target.clear();
     EXPECT_NE(target.stretchImage(unused, picture, GRect(0, 0, 2, 2), GRect(20, 10, 24, 12)), 0);
-    EXPECT_EQ(pixelAt(target, 23, 11), blue);
-    EXPECT_EQ(pixelAt(target, 24, 11), white);
+    expectPixels(target, {{23, 11, blue}, {24, 11, white}});
 
     HandlelessDevice none;
     EXPECT_EQ(none.stretchImage(picture, GRect(0, 0, 2, 2), GRect(0, 0, 2, 2), SRCCOPY), -1);
@@ -145,10 +130,7 @@ TEST(GDeviceRaster, PatternAndBitBlt)
     GMemoryDevice &target = surface.device;
     target.patternBlt(GRect(2.7, 3.9, 6.2, 8.0), BLACKNESS);
     // left 2, top 3, width 3, height 4.
-    EXPECT_EQ(pixelAt(target, 2, 3), RGB(0, 0, 0));
-    EXPECT_EQ(pixelAt(target, 4, 6), RGB(0, 0, 0));
-    EXPECT_EQ(pixelAt(target, 5, 6), white);
-    EXPECT_EQ(pixelAt(target, 4, 7), white);
+    expectPixels(target, {{2, 3, RGB(0, 0, 0)}, {4, 6, RGB(0, 0, 0)}, {5, 6, white}, {4, 7, white}});
 
     GBitmap sourceBitmap = colourBitmap(10, 10);
     GMemoryDevice source(surface.screen, sourceBitmap);
@@ -156,8 +138,7 @@ TEST(GDeviceRaster, PatternAndBitBlt)
     SetPixel(source, 3, 4, red);
     target.clear();
     target.bitBlt(GRect(10, 10, 12, 12), source, GPoint(3, 4), SRCCOPY);
-    EXPECT_EQ(pixelAt(target, 10, 10), red);
-    EXPECT_EQ(pixelAt(target, 11, 10), white);
+    expectPixels(target, {{10, 10, red}, {11, 10, white}});
 }
 
 TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
@@ -172,9 +153,7 @@ TEST(GDeviceRaster, TransBltLeavesOutTheTransparentColourAndRestoresColours)
     fillDevice(source, 0, 0, 4, 4, white);
     SetPixel(source, 1, 2, red);
     target.transBlt(GPoint(5, 6), source, GPoint(100, 100), GColor(255, 255, 255));
-    EXPECT_EQ(pixelAt(target, 6, 8), red);
-    EXPECT_EQ(pixelAt(target, 5, 6), blue);
-    EXPECT_EQ(pixelAt(target, 8, 9), blue);
+    expectPixels(target, {{6, 8, red}, {5, 6, blue}, {8, 9, blue}});
     EXPECT_EQ(GetBkColor(target), RGB(1, 2, 3));
     EXPECT_EQ(GetTextColor(target), RGB(4, 5, 6));
 
@@ -198,12 +177,10 @@ TEST(GDeviceRaster, DeviceBitsGoBothWaysTopDown)
     target.drawDIBits(bits.data(), 0, 3, 1, 32);
     EXPECT_EQ(pixelAt(target, 0, 0), white);
     target.drawDIBits(bits.data(), 2, 3, 1, 32);
-    EXPECT_EQ(pixelAt(target, 0, 0), red);
-    EXPECT_EQ(pixelAt(target, 1, 2), blue);
+    expectPixels(target, {{0, 0, red}, {1, 2, blue}});
 
     target.drawDIBitsEx(bits.data(), 5, 1, 2, 3, 1, 32);
-    EXPECT_EQ(pixelAt(target, 5, 1), red);
-    EXPECT_EQ(pixelAt(target, 6, 3), blue);
+    expectPixels(target, {{5, 1, red}, {6, 3, blue}});
 
     std::vector<DWORD> read(8 * 5, 0);
     EXPECT_EQ(target.getDIBits(read.data(), 0, 5, 1, 32), 0);
@@ -232,10 +209,7 @@ TEST(GDeviceRaster, MetafileKeepsItsShapeCentredFromTheOrigin)
     ASSERT_EQ(header.rclBounds.bottom - header.rclBounds.top, 200);
 
     EXPECT_EQ(target.drawEnhMetafile(metafile, GRect(0, 0, 100, 100)), 0);
-    EXPECT_EQ(pixelAt(target, 24, 50), white);
-    EXPECT_EQ(pixelAt(target, 30, 50), RGB(0, 0, 0));
-    EXPECT_EQ(pixelAt(target, 70, 50), RGB(0, 0, 0));
-    EXPECT_EQ(pixelAt(target, 76, 50), white);
+    expectPixels(target, {{24, 50, white}, {30, 50, RGB(0, 0, 0)}, {70, 50, RGB(0, 0, 0)}, {76, 50, white}});
     EXPECT_EQ(target.drawEnhMetafile(metafile, GRect(0, 0, 0, 100)), 0);
     DeleteEnhMetaFile(metafile);
 }

@@ -53,10 +53,8 @@ TEST(GDeviceVector, LinesAndPixelsTruncateTowardZeroAndTranslate)
     GDevice &device = canvas.device;
     device.moveTo(2.9, 5);
     device.lineTo(GPoint(10.9, 5.99));
-    EXPECT_EQ(canvas.at(2, 5), black);
-    EXPECT_EQ(canvas.at(9, 5), black);
-    EXPECT_EQ(canvas.at(10, 5), white);    // the end is not drawn
-    EXPECT_EQ(canvas.at(1, 5), white);
+    expectPixels(canvas.device, {{2, 5, black}, {9, 5, black}, {10, 5, white}, // the end is not drawn
+                                 {1, 5, white}});
     device.moveTo(GPoint(-0.9, 8));        // -0.9 truncates to 0
     device.lineTo(3, 8);
     EXPECT_EQ(canvas.at(0, 8), black);
@@ -64,10 +62,7 @@ TEST(GDeviceVector, LinesAndPixelsTruncateTowardZeroAndTranslate)
     scale(device);
     device.moveTo(2, 3);                   // (1, 12)
     device.lineTo(6, 3);                   // (9, 12)
-    EXPECT_EQ(canvas.at(1, 12), black);
-    EXPECT_EQ(canvas.at(8, 12), black);
-    EXPECT_EQ(canvas.at(9, 12), white);
-    EXPECT_EQ(canvas.at(0, 12), white);
+    expectPixels(canvas.device, {{1, 12, black}, {8, 12, black}, {9, 12, white}, {0, 12, white}});
 
     device.setPen(GPen(GColor::Red, 0, LineSolid));
     device.setPixel(GPoint(10, 10));       // (17, 26)
@@ -83,22 +78,18 @@ TEST(GDeviceVector, ShapesOutlineOrFillAsTold)
     Canvas canvas(60, 60);
     GDevice &device = canvas.device;
     device.rectangle(GRect(5, 5, 15, 15));
-    EXPECT_EQ(canvas.at(5, 5), black);
-    EXPECT_EQ(canvas.at(15, 15), black);   // the closing lineTo passes every corner
-    EXPECT_EQ(canvas.at(10, 15), black);
-    EXPECT_EQ(canvas.at(10, 10), white);   // not filled
+    expectPixels(canvas.device, {{5, 5, black}, {15, 15, black}, // the closing lineTo passes every corner
+                                 {10, 15, black}, {10, 10, white}}); // not filled
 
     const GBrush blueBrush(GColor(0, 0, 255));
     device.setBrush(blueBrush);
     device.ellipse(GRect(20, 5, 40, 25));
-    EXPECT_EQ(canvas.at(30, 15), blue);    // filled with the brush
-    EXPECT_EQ(canvas.at(30, 5), black);    // framed with the pen
-    EXPECT_EQ(canvas.at(21, 6), white);
+    expectPixels(canvas.device, {{30, 15, blue}, // filled with the brush
+                                 {30, 5, black}, // framed with the pen
+                                 {21, 6, white}});
 
     device.circle(GPoint(15, 45), 8);
-    EXPECT_EQ(canvas.at(15, 45), blue);
-    EXPECT_EQ(canvas.at(15, 36), white);
-    EXPECT_EQ(canvas.at(15, 38), blue);
+    expectPixels(canvas.device, {{15, 45, blue}, {15, 36, white}, {15, 38, blue}});
     device.setBrush(GBrush());
 }
 
@@ -109,8 +100,7 @@ TEST(GDeviceVector, ArcsRunThroughTheMiddlePointOrBecomeLines)
     GDevice &device = canvas.device;
     // Centre (20, 20), radius 10: the upper half only.
     device.circularArc(GPoint(10, 20), GPoint(30, 20), GPoint(20, 10));
-    EXPECT_EQ(canvas.at(20, 10), black);
-    EXPECT_EQ(canvas.at(20, 30), white);
+    expectPixels(canvas.device, {{20, 10, black}, {20, 30, white}});
     EXPECT_GT(canvas.inked(0, 0, 40, 19), 20);
     EXPECT_EQ(canvas.inked(0, 22, 40, 40), 0);
 
@@ -137,35 +127,32 @@ TEST(GDeviceVector, ThreeDRectanglesAndFills)
     Canvas canvas(50, 50);
     GDevice &device = canvas.device;
     device.draw3DRect(GRect(10, 10, 20, 20), GColor(255, 0, 0), GColor(0, 0, 255));
-    EXPECT_EQ(canvas.at(10, 15), red);     // left
-    EXPECT_EQ(canvas.at(15, 10), red);     // top
-    EXPECT_EQ(canvas.at(15, 19), blue);    // bottom - 1
-    EXPECT_EQ(canvas.at(19, 15), blue);    // right - 1
-    EXPECT_EQ(canvas.at(15, 15), white);
+    expectPixels(canvas.device, {{10, 15, red}, // left
+                                 {15, 10, red}, // top
+                                 {15, 19, blue}, // bottom - 1
+                                 {19, 15, blue}, // right - 1
+                                 {15, 15, white}});
     EXPECT_EQ(device.getPen().getColor(), GColor(0, 0, 255));
     device.setPen(GPen());
 
     HBRUSH selectedBrush = HBRUSH(GetCurrentObject(device, OBJ_BRUSH));
     const GBrush redBrush(GColor::Red);
     device.fillRectangle(GRect(30, 30, 40, 40), redBrush);
-    EXPECT_EQ(canvas.at(35, 35), red);
-    EXPECT_EQ(canvas.at(30, 35), black);   // the pen's frame
-    EXPECT_EQ(canvas.at(40, 35), white);
+    expectPixels(canvas.device, {{35, 35, red}, {30, 35, black}, // the pen's frame
+                                 {40, 35, white}});
     EXPECT_EQ(HBRUSH(GetCurrentObject(device, OBJ_BRUSH)), selectedBrush);
     device.fillRectangle(GPoint(30, 5), GPoint(40, 15), redBrush);
     EXPECT_EQ(canvas.at(35, 10), red);
     // The device's own brush, white here.
     device.fillRectangle(GRect(32, 7, 38, 13));
-    EXPECT_EQ(canvas.at(35, 10), white);
-    EXPECT_EQ(canvas.at(32, 10), black);
+    expectPixels(canvas.device, {{35, 10, white}, {32, 10, black}});
 
     PList<GPoint> triangle;
     triangle.add(GPoint(2, 30));
     triangle.add(GPoint(22, 30));
     triangle.add(GPoint(2, 48));
     device.fillPolygon(triangle, redBrush);
-    EXPECT_EQ(canvas.at(6, 34), red);
-    EXPECT_EQ(canvas.at(20, 46), white);
+    expectPixels(canvas.device, {{6, 34, red}, {20, 46, white}});
     PList<GPoint> nothing;
     device.fillPolygon(nothing, redBrush);
 }
@@ -179,24 +166,20 @@ TEST(GDeviceVector, RegionsFillWithTheUnionOfTheClip)
     GRgn region;
     ASSERT_TRUE(region.create(GRect(5, 5, 10, 10)));
     device.fillRgn(region, redBrush);
-    EXPECT_EQ(canvas.at(7, 7), red);
-    EXPECT_EQ(canvas.at(2, 2), white);
+    expectPixels(canvas.device, {{7, 7, red}, {2, 2, white}});
 
     // With a clip region the whole clip is painted.
     canvas.device.clear();
     device.setClipRegion(GRect(0, 0, 20, 20));
     device.fillRgn(region, redBrush);
-    EXPECT_EQ(canvas.at(2, 2), red);
-    EXPECT_EQ(canvas.at(19, 19), red);
-    EXPECT_EQ(canvas.at(25, 25), white);
+    expectPixels(canvas.device, {{2, 2, red}, {19, 19, red}, {25, 25, white}});
     device.setClipRegion(GRgn());
 
     canvas.device.clear();
     GRgn frame;
     ASSERT_TRUE(frame.create(GRect(20, 20, 30, 30)));
     device.drawRgn(frame, redBrush, 2, 2);
-    EXPECT_EQ(canvas.at(21, 25), red);
-    EXPECT_EQ(canvas.at(25, 25), white);
+    expectPixels(canvas.device, {{21, 25, red}, {25, 25, white}});
 }
 
 // A polyline of n vertices in a list with the identity mapping.
@@ -219,9 +202,8 @@ TEST(GDeviceVector, PolylinesGoInChunksOf16000WhichAreNotJoined)
     list.addVertex(6, 10);       // the second chunk
     list.addVertex(20, 10);
     device.polyline(list);
-    EXPECT_EQ(canvas.at(3, 1), black);
-    EXPECT_EQ(canvas.at(6, 5), white);    // no segment between the chunks
-    EXPECT_EQ(canvas.at(12, 10), black);
+    expectPixels(canvas.device, {{3, 1, black}, {6, 5, white}, // no segment between the chunks
+                                 {12, 10, black}});
 
     // polylineTo starts at the current position.
     canvas.device.clear();
@@ -230,8 +212,7 @@ TEST(GDeviceVector, PolylinesGoInChunksOf16000WhichAreNotJoined)
     to.addVertex(15, 28);
     device.moveTo(2, 20);
     device.polylineTo(to);
-    EXPECT_EQ(canvas.at(8, 20), black);
-    EXPECT_EQ(canvas.at(15, 25), black);
+    expectPixels(canvas.device, {{8, 20, black}, {15, 25, black}});
 }
 
 TEST(GDeviceVector, BoxedPolylinesDrawAndCountTheVisibleRuns)
@@ -254,11 +235,8 @@ TEST(GDeviceVector, BoxedPolylinesDrawAndCountTheVisibleRuns)
     GDevicePolyline out(4, GMapMode());
     fillList(out, {{2, 5}, {30, 5}, {30, 8}, {2, 8}});
     EXPECT_EQ(device.polylineBoxed(out, box), 4);
-    EXPECT_EQ(canvas.at(10, 5), black);
-    EXPECT_EQ(canvas.at(10, 8), black);
-    EXPECT_EQ(canvas.at(25, 5), white);
-    EXPECT_EQ(canvas.at(30, 6), white);
-    EXPECT_EQ(canvas.at(20, 6), white);   // the runs are not joined along the edge
+    // (20, 6): the runs are not joined along the edge.
+    expectPixels(canvas.device, {{10, 5, black}, {10, 8, black}, {25, 5, white}, {30, 6, white}, {20, 6, white}});
 
     // The box is in device units, untranslated, while the list holds device vertices.
     canvas.device.clear();
@@ -269,8 +247,7 @@ TEST(GDeviceVector, BoxedPolylinesDrawAndCountTheVisibleRuns)
     scaled.addVertex(20, 3);     // (37, 12)
     GRect deviceBox(0, 0, 10, 20);
     EXPECT_EQ(device.polylineBoxed(scaled, deviceBox), 2);
-    EXPECT_EQ(canvas.at(5, 12), black);
-    EXPECT_EQ(canvas.at(15, 12), white);
+    expectPixels(canvas.device, {{5, 12, black}, {15, 12, white}});
 
     // A zero-size box on a vertex: one point-sized run.
     GRect point(5, 12, 5, 12);
@@ -293,9 +270,7 @@ TEST(GDeviceVector, PolyPolylinesAndBeziers)
     runs.addVertex(20, 10);
     runs.addBreak();
     device.polyPolyline(runs);
-    EXPECT_EQ(canvas.at(10, 2), black);
-    EXPECT_EQ(canvas.at(10, 10), black);
-    EXPECT_EQ(canvas.at(20, 6), white);
+    expectPixels(canvas.device, {{10, 2, black}, {10, 10, black}, {20, 6, white}});
 
     // A straight curve along y = 20 from x 2 to 50.
     canvas.device.clear();
@@ -303,17 +278,13 @@ TEST(GDeviceVector, PolyPolylinesAndBeziers)
     straight.setInitialVertex(2, 20);
     straight.addSegment(18, 20, 34, 20, 50, 20);
     device.polyBezier(straight);
-    EXPECT_EQ(canvas.at(3, 20), black);
-    EXPECT_EQ(canvas.at(45, 20), black);
+    expectPixels(canvas.device, {{3, 20, black}, {45, 20, black}});
     EXPECT_EQ(canvas.inked(0, 21, 60, 60), 0);
 
     canvas.device.clear();
     GRect box(10, 0, 30, 60);
     device.polyBezierBoxed(straight, box);
-    EXPECT_EQ(canvas.at(5, 20), white);
-    EXPECT_EQ(canvas.at(15, 20), black);
-    EXPECT_EQ(canvas.at(29, 20), black);
-    EXPECT_EQ(canvas.at(35, 20), white);
+    expectPixels(canvas.device, {{5, 20, white}, {15, 20, black}, {29, 20, black}, {35, 20, white}});
     GDevicePolyBezier empty(-1, GMapMode());
     device.polyBezier(empty);
     device.polyBezierBoxed(empty, box);
@@ -332,9 +303,8 @@ TEST(GDeviceVector, FilledBeziersTakeTheBrushColourForTheirOutline)
     bulge.addSegment(40, 30, 20, 30, 5, 30);
     HPEN selectedPen = HPEN(GetCurrentObject(device, OBJ_PEN));
     device.fillPolyBezier(bulge, GBrush(GColor::Red));
-    EXPECT_EQ(canvas.at(30, 20), red);
-    EXPECT_EQ(canvas.at(30, 30), red);    // the outline is red, not the black pen
-    EXPECT_EQ(canvas.at(30, 35), white);
+    expectPixels(canvas.device, {{30, 20, red}, {30, 30, red}, // the outline is red, not the black pen
+                                 {30, 35, white}});
     EXPECT_EQ(canvas.inked(0, 0, 60, 60) > 0, true);
     EXPECT_EQ(HPEN(GetCurrentObject(device, OBJ_PEN)), selectedPen);
 
@@ -342,8 +312,7 @@ TEST(GDeviceVector, FilledBeziersTakeTheBrushColourForTheirOutline)
     canvas.device.clear();
     GRect left(0, 0, 30, 60);
     device.fillPolyBezierBoxed(bulge, left, GBrush(GColor::Red));
-    EXPECT_EQ(canvas.at(20, 20), red);
-    EXPECT_EQ(canvas.at(40, 20), white);
+    expectPixels(canvas.device, {{20, 20, red}, {40, 20, white}});
     EXPECT_EQ(canvas.inked(31, 0, 60, 60), 0);
 
     // Wholly outside the box: nothing.
@@ -370,20 +339,14 @@ TEST(GDeviceVector, PolyBitmapsStampAtEachVertex)
     places.addVertex(5, 5);
     places.addVertex(20.7, 10.2);
     device.polyBitmap(places, stamp, GPoint(1, 1), SRCCOPY);
-    EXPECT_EQ(canvas.at(4, 4), red);
-    EXPECT_EQ(canvas.at(6, 5), red);
-    EXPECT_EQ(canvas.at(7, 5), white);
-    EXPECT_EQ(canvas.at(3, 4), white);
-    EXPECT_EQ(canvas.at(19, 9), red);
+    expectPixels(canvas.device, {{4, 4, red}, {6, 5, red}, {7, 5, white}, {3, 4, white}, {19, 9, red}});
 
     canvas.device.clear();
     scale(device);
     GDevicePolyBitmap<long> longPlaces(1);
     longPlaces.addVertex(5, 5);    // (7, 16)
     device.polyBitmap(longPlaces, stamp, GPoint(0, 0), SRCCOPY, 0);
-    EXPECT_EQ(canvas.at(7, 16), red);
-    EXPECT_EQ(canvas.at(9, 17), red);
-    EXPECT_EQ(canvas.at(6, 16), white);
+    expectPixels(canvas.device, {{7, 16, red}, {9, 17, red}, {6, 16, white}});
     EXPECT_EQ(device.getMapMode().getMode(), scaledMappingMode);
 
     GBitmap invalid;
@@ -476,16 +439,14 @@ TEST(GDeviceVector, PathsStrokeAndClip)
     device.rectangle(GRect(5, 5, 20, 20));
     EXPECT_NE(device.endPath(), 0);
     EXPECT_NE(device.strokePath(), 0);
-    EXPECT_EQ(canvas.at(10, 5), black);
-    EXPECT_EQ(canvas.at(10, 10), white);
+    expectPixels(canvas.device, {{10, 5, black}, {10, 10, white}});
 
     device.beginPath();
     device.rectangle(GRect(5, 5, 20, 20));
     device.endPath();
     EXPECT_NE(device.selectClipPath(RegionCopy), 0);
     device.fillRectangle(GRect(0, 0, 40, 40), GBrush(GColor::Red));
-    EXPECT_EQ(canvas.at(10, 10), red);
-    EXPECT_EQ(canvas.at(30, 30), white);
+    expectPixels(canvas.device, {{10, 10, red}, {30, 30, white}});
     device.setClipRegion(GRgn());
 
     HandlelessDevice none;

@@ -57,8 +57,7 @@ TEST(GMemoryDevice, TheBitmapOutlivesTheDeviceWithItsContents)
     EXPECT_EQ(GetObjectType(first), 0u);
     ASSERT_TRUE(bitmap.isValid());
     GMemoryDevice again(screen, bitmap);
-    EXPECT_EQ(pixelAt(again, 3, 4), RGB(0, 128, 255));
-    EXPECT_EQ(pixelAt(again, 4, 4), RGB(255, 255, 255));
+    expectPixels(again, {{3, 4, RGB(0, 128, 255)}, {4, 4, RGB(255, 255, 255)}});
 
     // The device's share keeps the bitmap alive when the caller's copies go.
     HBITMAP handle;
@@ -104,8 +103,7 @@ TEST(GMonoMemoryDevice, AlwaysDrawsWhite)
 
     MoveToEx(device, 0, 8, nullptr);
     LineTo(device, 16, 8);
-    EXPECT_EQ(pixelAt(device, 5, 8), RGB(255, 255, 255));
-    EXPECT_EQ(pixelAt(device, 5, 9), RGB(0, 0, 0));
+    expectPixels(device, {{5, 8, RGB(255, 255, 255)}, {5, 9, RGB(0, 0, 0)}});
 }
 
 } // namespace

@@ -51,38 +51,30 @@ GMapMode scaledMapping()
 
 TEST(ForceLine, ClipsMovesAndRejectsInTwoRounds)
 {
-    long x0 = 0, y0 = 5, x1 = 10, y1 = 5;
-    EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 2, 0, 8, 10), 1);
-    EXPECT_EQ(x0, 2);
-    EXPECT_EQ(y0, 5);
-    EXPECT_EQ(x1, 8);
-    EXPECT_EQ(y1, 5);
-
-    // Both ends left of the rectangle: rejected, untouched.
-    x0 = -5, y0 = 1, x1 = -1, y1 = 9;
-    EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 0, 0, 10, 10), 0);
-    EXPECT_EQ(x0, -5);
-    EXPECT_EQ(y1, 9);
-
-    // An end on a bound is inside.
-    x0 = 0, y0 = 10, x1 = 10, y1 = 0;
-    EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 0, 0, 10, 10), 1);
-    EXPECT_EQ(x0, 0);
-    EXPECT_EQ(y0, 10);
-
-    // Past the corner: the first end moves, the second's ratio is above 1, then rejection.
-    x0 = -10, y0 = 1, x1 = 1, y1 = -10;
-    EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 0, 0, 10, 10), 0);
-    EXPECT_EQ(x0, 0);
-    EXPECT_EQ(y0, -9);
-    EXPECT_EQ(x1, 1);
-    EXPECT_EQ(y1, -10);
-
-    // The long form truncates the step before adding: 5 / 3 gives 1.
-    x0 = -1, y0 = 0, x1 = 2, y1 = 5;
-    EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 0, 0, 10, 10), 1);
-    EXPECT_EQ(x0, 0);
-    EXPECT_EQ(y0, 1);
+    struct Case {
+        long line[4];
+        long bounds[4];
+        int result;
+        long clipped[4];
+    };
+    const Case cases[] = {
+        {{0, 5, 10, 5}, {2, 0, 8, 10}, 1, {2, 5, 8, 5}},
+        // Both ends left of the rectangle: rejected, untouched.
+        {{-5, 1, -1, 9}, {0, 0, 10, 10}, 0, {-5, 1, -1, 9}},
+        // An end on a bound is inside.
+        {{0, 10, 10, 0}, {0, 0, 10, 10}, 1, {0, 10, 10, 0}},
+        // Past the corner: the first end moves, the second's ratio is above 1, then rejection.
+        {{-10, 1, 1, -10}, {0, 0, 10, 10}, 0, {0, -9, 1, -10}},
+        // The long form truncates the step before adding: 5 / 3 gives 1.
+        {{-1, 0, 2, 5}, {0, 0, 10, 10}, 1, {0, 1, 2, 5}},
+    };
+    for (Case const &c : cases) {
+        long v[4] = {c.line[0], c.line[1], c.line[2], c.line[3]};
+        long const *b = c.bounds;
+        EXPECT_EQ(ForceLine<long>::forceLine(v[0], v[1], v[2], v[3], b[0], b[1], b[2], b[3]), c.result);
+        for (int i = 0; i < 4; ++i)
+            EXPECT_EQ(v[i], c.clipped[i]) << "line from " << c.line[0] << "," << c.line[1] << " value " << i;
+    }
 
     // The double form keeps the fraction.
     double dx0 = -1, dy0 = 0, dx1 = 2, dy1 = 5;
@@ -91,7 +83,7 @@ TEST(ForceLine, ClipsMovesAndRejectsInTwoRounds)
     EXPECT_DOUBLE_EQ(dy0, 5.0 / 3);
 
     // Both ends need a move on each axis: after two rounds the result is 1 untested.
-    x0 = -10, y0 = -20, x1 = 30, y1 = 25;
+    long x0 = -10, y0 = -20, x1 = 30, y1 = 25;
     EXPECT_EQ(ForceLine<long>::forceLine(x0, y0, x1, y1, 0, 0, 10, 10), 1);
 
     // Near the 32-bit limits nothing overflows.

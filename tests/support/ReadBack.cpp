@@ -60,3 +60,24 @@ int countDevicePixels(GDevice const &device, int width, int height, COLORREF col
             count += GetPixel(device.getDC(), x, y) == colour;
     return count;
 }
+
+namespace {
+
+template <class Read>
+void expectEach(Read const &read, std::initializer_list<PixelProbe> probes)
+{
+    for (PixelProbe const &probe : probes)
+        EXPECT_EQ(read(probe.x, probe.y), probe.colour) << "pixel (" << probe.x << ", " << probe.y << ")";
+}
+
+} // namespace
+
+void expectPixels(GDevice const &device, std::initializer_list<PixelProbe> probes)
+{
+    expectEach([&](int x, int y) { return pixelAt(device, x, y); }, probes);
+}
+
+void expectPixels(PlatformPixels const &pixels, std::initializer_list<PixelProbe> probes)
+{
+    expectEach([&](int x, int y) { return pixels.pixel(x, y); }, probes);
+}

@@ -4,12 +4,15 @@
 //   PlatformPixels a platform memory device of a given size, or on a given bitmap, whose
 //                  pixels the test reads back; made and deleted by the test, so not counted
 //   colourBitmap   a device-dependent 32-bit bitmap
+//   expectPixels   expects the colours of a list of pixels of a device or platform bitmap
 //   ReadBack       a library memory device (GMemoryDevice or a class derived from it) on a
 //                  32-bit bitmap of a given size and background, in a leak-checked scope
 #pragma once
 
 #include <gtest/gtest.h>
 #include <windows.h>
+
+#include <initializer_list>
 
 #include "TeskWin.h"
 #include "support/GdiObjectCounter.h"
@@ -60,6 +63,16 @@ inline COLORREF pixelAt(GDevice const &device, int x, int y)
 void fillDevice(GDevice &device, int left, int top, int right, int bottom, COLORREF colour);
 // How many pixels of the device's first width by height have that colour.
 int countDevicePixels(GDevice const &device, int width, int height, COLORREF colour);
+
+// A pixel a test expects: at (x, y), that colour.
+struct PixelProbe {
+    int x;
+    int y;
+    COLORREF colour;
+};
+// Expects each probe, naming the pixel that differs.
+void expectPixels(GDevice const &device, std::initializer_list<PixelProbe> probes);
+void expectPixels(PlatformPixels const &pixels, std::initializer_list<PixelProbe> probes);
 
 template <class Device = GMemoryDevice>
 class ReadBack {

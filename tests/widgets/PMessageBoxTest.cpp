@@ -1,36 +1,18 @@
 #include <gtest/gtest.h>
 
 #include "TeskWin.h"
-#include "support/ImportPatch.h"
+#include "support/FakeMessageBox.h"
 #include "support/TestApplication.h"
 
 #include <string>
 
 namespace {
 
-// What the last box was asked to show, and the answer it gives.
-struct BoxCall {
-    HWND owner = nullptr;
-    std::string text;
-    std::string caption;
-    UINT style = 0;
-    int answer = IDOK;
-} lastBox;
-
-int WINAPI fakeMessageBoxA(HWND owner, char const *text, char const *caption, UINT style)
-{
-    lastBox.owner = owner;
-    lastBox.text = text ? text : "";
-    lastBox.caption = caption ? caption : "";
-    lastBox.style = style;
-    return lastBox.answer;
-}
-
 class PMessageBoxTest : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(patch.isActive()); }
+    void SetUp() override { ASSERT_TRUE(box.isActive()); }
 
-    ImportPatch patch{"TeskWin.dll", "user32.dll", "MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA)};
+    FakeMessageBox box;
 };
 
 // A window object with a live window, for owners.
@@ -44,31 +26,33 @@ public:
     }
 };
 
+// The style the box asks the platform for.
+template <class Box>
+UINT styleOf(Box &&box)
+{
+    box.execute(PString("c"), PString("t"));
+    return FakeMessageBox::last.style;
+}
+
 } // namespace
 
 TEST_F(PMessageBoxTest, StylesCombineButtonSetIconAndDefault)
 {
     PMBYesNo(nullptr, 4, 2).execute(PString("caption"), PString("text"));
-    EXPECT_EQ(0x124u, lastBox.style);
-    EXPECT_EQ("caption", lastBox.caption);
-    EXPECT_EQ("text", lastBox.text);
-    EXPECT_EQ(nullptr, lastBox.owner);
+    EXPECT_EQ(0x124u, FakeMessageBox::last.style);
+    EXPECT_EQ("caption", FakeMessageBox::last.caption);
+    EXPECT_EQ("text", FakeMessageBox::last.text);
+    EXPECT_EQ(nullptr, FakeMessageBox::last.owner);
 
-    PMessageBox(nullptr, 0, 0).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OK), lastBox.style);
+    EXPECT_EQ(static_cast<UINT>(MB_OK), styleOf(PMessageBox(nullptr, 0, 0)));
     // The first integer is the icon.
-    PMBOkayCancel(nullptr, 2, 4).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONEXCLAMATION), lastBox.style);
-    PMBOkayCancel(nullptr, 4, 2).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONQUESTION | MB_DEFBUTTON2), lastBox.style);
-    PMBYesNoCancel(nullptr, 1, 3).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_YESNOCANCEL | MB_ICONINFORMATION | MB_DEFBUTTON3), lastBox.style);
-    PMBRetryCancel(nullptr, 3, 1).execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_RETRYCANCEL | MB_ICONSTOP), lastBox.style);
+    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONEXCLAMATION), styleOf(PMBOkayCancel(nullptr, 2, 4)));
+    EXPECT_EQ(static_cast<UINT>(MB_OKCANCEL | MB_ICONQUESTION | MB_DEFBUTTON2), styleOf(PMBOkayCancel(nullptr, 4, 2)));
+    EXPECT_EQ(static_cast<UINT>(MB_YESNOCANCEL | MB_ICONINFORMATION | MB_DEFBUTTON3),
+              styleOf(PMBYesNoCancel(nullptr, 1, 3)));
+    EXPECT_EQ(static_cast<UINT>(MB_RETRYCANCEL | MB_ICONSTOP), styleOf(PMBRetryCancel(nullptr, 3, 1)));
     PMBAbortRetryIgnore abort(nullptr, 5, 9);
-    PMBAbortRetryIgnore copy(abort);
-    copy.execute(PString("c"), PString("t"));
-    EXPECT_EQ(static_cast<UINT>(MB_ABORTRETRYIGNORE), lastBox.style);
+    EXPECT_EQ(static_cast<UINT>(MB_ABORTRETRYIGNORE), styleOf(PMBAbortRetryIgnore(abort)));
 }
 
 TEST_F(PMessageBoxTest, AnswersBecomeTheLibrarysCodes)
@@ -77,7 +61,7 @@ TEST_F(PMessageBoxTest, AnswersBecomeTheLibrarysCodes)
     const int answers[] = {0, IDOK, IDCANCEL, IDABORT, IDRETRY, IDIGNORE, IDYES, IDNO, 8, -1};
     const int codes[] = {0, 0, 1, 5, 4, 0, 2, 3, 0, 0};
     for (int i = 0; i < 10; ++i) {
-        lastBox.answer = answers[i];
+        FakeMessageBox::answer = answers[i];
         EXPECT_EQ(codes[i], box.execute(PString("c"), PString("t"))) << "answer " << answers[i];
     }
 }
@@ -91,13 +75,13 @@ TEST_F(PMessageBoxTest, OwnerWindowOnlyWhileValid)
     owner->bindTo(window);
     PMBOkayCancel box(owner, 0, 0);
     box.execute(PString("c"), PString("t"));
-    EXPECT_EQ(window, lastBox.owner);
+    EXPECT_EQ(window, FakeMessageBox::last.owner);
 
     // A window that has gone gives a box without owner.
     DestroyWindow(window);
-    lastBox.answer = IDCANCEL;
+    FakeMessageBox::answer = IDCANCEL;
     EXPECT_EQ(1, box.execute(PString("c"), PString("t")));
-    EXPECT_EQ(nullptr, lastBox.owner);
+    EXPECT_EQ(nullptr, FakeMessageBox::last.owner);
     PWindowObject::deleteWindow(owner);
 }
 

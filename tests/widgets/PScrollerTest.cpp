@@ -25,7 +25,19 @@ public:
     int autoSteps = 0;
 };
 
-PaintedWindow *scrolledWindow(PAppInterface *app, PScroller &scroller, int x = 20, int y = 20)
+// A window scrolled by a scroller; it lets the scroller go and closes at the end of the scope.
+struct ScrolledWindow {
+    PaintedWindow *window;
+    ~ScrolledWindow()
+    {
+        window->setScroller(nullptr);
+        window->shutDownWindow();
+    }
+    PaintedWindow *operator->() const { return window; }
+    PaintedWindow &operator*() const { return *window; }
+};
+
+ScrolledWindow scrolledWindow(PAppInterface *app, PScroller &scroller, int x = 20, int y = 20)
 {
     PaintedWindow *window = new PaintedWindow(app, 160, 140);
     window->setLocation(x, y);
@@ -35,7 +47,7 @@ PaintedWindow *scrolledWindow(PAppInterface *app, PScroller &scroller, int x = 2
     EXPECT_EQ(1, window->create());
     // The bars have taken their room from the client area: the page follows when asked.
     scroller.setPageSize();
-    return window;
+    return {window};
 }
 
 void scrollMessage(HWND window, UINT message, WORD code, WORD thumb = 0)
@@ -50,32 +62,26 @@ TEST(PScroller, ScrollingMovesTheDrawingByTheExpectedPixels)
     ExpectNoLeaks leaks;
     TestApplication app;
     PScroller scroller(1, 1, 400, 400);
-    PaintedWindow *window = scrolledWindow(&app, scroller);
+    ScrolledWindow window = scrolledWindow(&app, scroller);
     window->updateWindow();
     ASSERT_EQ(probeRed, pixelAt(*window, 15, 26));
 
     scroller.scrollTo(4, 5);
     window->updateWindow();
     // The square of the document at (10, 10)-(30, 30) now stands at (6, 5)-(26, 25).
-    EXPECT_EQ(probeRed, pixelAt(*window, 6, 5));
-    EXPECT_EQ(probeRed, pixelAt(*window, 25, 24));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 26, 25));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 5, 4));
+    expectPixels(*window, {{6, 5, probeRed}, {25, 24, probeRed}, {26, 25, probeWhite}, {5, 4, probeWhite}});
     EXPECT_EQ(4, GetScrollPos(*window, SB_HORZ));
     EXPECT_EQ(5, GetScrollPos(*window, SB_VERT));
     // A client point becomes a point of the document.
     EXPECT_EQ(14.0, scroller.transform(GPoint(10, 10)).xVal());
     EXPECT_EQ(15.0, scroller.transform(GPoint(10, 10)).yVal());
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
 }
 
 TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
 {
     TestApplication app;
     PScroller scroller(3, 3, 200, 200);
-    PaintedWindow *window = scrolledWindow(&app, scroller);
+    ScrolledWindow window = scrolledWindow(&app, scroller);
     RECT client;
     GetClientRect(*window, &client);
     // The page is the client area in range units, unrounded; the greatest position leaves
@@ -106,9 +112,6 @@ TEST(PScroller, PositionsAreClampedAndFallOnWholePixels)
     const float page = scroller.getPage().xVal();
     scroller.setPageSize(0, 0);
     EXPECT_EQ(page, scroller.getPage().xVal());
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
 }
 
 TEST(PScroller, NothingMovesWithoutAWindowOrABar)
@@ -129,7 +132,7 @@ TEST(PScroller, NothingMovesWithoutAWindowOrABar)
     EXPECT_EQ(7, alone.yScrollValue(7.9f));
 
     PScroller barless(1, 1, 1000, 1000);
-    PaintedWindow *window = scrolledWindow(&app, barless);
+    ScrolledWindow window = scrolledWindow(&app, barless);
     barless.hideBoth();
     barless.scrollTo(50, 50);
     EXPECT_EQ(0, barless.getOrg().yVal());
@@ -138,9 +141,6 @@ TEST(PScroller, NothingMovesWithoutAWindowOrABar)
     window->updateWindow();
     barless.scrollBy(0, 0);
     EXPECT_FALSE(GetUpdateRect(*window, nullptr, FALSE));
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
 }
 
 TEST(PScroller, ScrollBarMessagesStepTheView)
@@ -148,7 +148,7 @@ TEST(PScroller, ScrollBarMessagesStepTheView)
     TestApplication app;
     PScroller scroller(1, 2, 1000, 1000);
     scroller.setLines(3, 7);
-    PaintedWindow *window = scrolledWindow(&app, scroller);
+    ScrolledWindow window = scrolledWindow(&app, scroller);
     const long page = static_cast<long>(scroller.getPage().yVal() * 2);
 
     scrollMessage(*window, WM_VSCROLL, SB_LINEDOWN);
@@ -180,7 +180,6 @@ TEST(PScroller, ScrollBarMessagesStepTheView)
     window->setScroller(nullptr);
     // Without a scroller the events are not claimed.
     EXPECT_EQ(0, window->vScrollEvent(SB_LINEDOWN, 0));
-    window->shutDownWindow();
 }
 
 TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
@@ -188,7 +187,7 @@ TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
     TestApplication app;
     SteppedScroller scroller(1, 1, 10000, 10000);
     scroller.setLines(5, 5);
-    PaintedWindow *window = scrolledWindow(&app, scroller, 300, 600);
+    ScrolledWindow window = scrolledWindow(&app, scroller, 300, 600);
     scroller.setPageSize(100, 100);
     scroller.scrollTo(1000, 1000);
     const GPoint origin = window->clientToScreen(GPoint(0, 0));
@@ -207,16 +206,13 @@ TEST(PScroller, AutoScrollStepsByTheCursorsDistance)
     EXPECT_EQ(-20.0f, stepAt(-45, 10).xVal());
     scroller.setAutoMode(0);
     EXPECT_EQ(0.0f, stepAt(10, -250).yVal());
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
 }
 
 TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
 {
     TestApplication app;
     SteppedScroller scroller(1, 1, 1000, 1000);
-    PaintedWindow *window = scrolledWindow(&app, scroller);
+    ScrolledWindow window = scrolledWindow(&app, scroller);
     pumpMessages();
     PostThreadMessageA(GetCurrentThreadId(), WM_QUIT, 3, 0);
     PostMessageA(*window, WM_LBUTTONUP, 0, 0);
@@ -232,28 +228,20 @@ TEST(PScroller, AutoScrollingPumpsUntilTheButtonIsUp)
     PostMessageA(*window, WM_APP, 0, 0);
     window->processAutoScrolling();
     EXPECT_TRUE(PeekMessageA(&msg, *window, WM_APP, WM_APP, PM_REMOVE));
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
 }
 
 TEST(PScroller, TheClipAreaBoundsTheMovedPixels)
 {
     TestApplication app;
     SteppedScroller scroller(1, 1, 400, 400);
-    PaintedWindow *window = scrolledWindow(&app, scroller);
+    ScrolledWindow window = scrolledWindow(&app, scroller);
     window->updateWindow();
     ASSERT_EQ(probeRed, pixelAt(*window, 25, 25));
 
     // Only the pixels inside the clip area change: the square moves down there alone.
     scroller.setClipArea(GRect(0, 0, 20, 200));
     scroller.scrollWindow(GPoint(0, 40));
-    EXPECT_EQ(probeRed, pixelAt(*window, 15, 55));
-    EXPECT_EQ(probeWhite, pixelAt(*window, 25, 55));
-    EXPECT_EQ(probeRed, pixelAt(*window, 25, 25));
-
-    window->setScroller(nullptr);
-    window->shutDownWindow();
+    expectPixels(*window, {{15, 55, probeRed}, {25, 55, probeWhite}, {25, 25, probeRed}});
 }
 
 TEST(PScroller, CopiesShareTheirAreas)

@@ -79,14 +79,6 @@ public:
     int refuseAt = 0;
 };
 
-DropTarget *createdDropTarget()
-{
-    DropTarget *window = new DropTarget;
-    EXPECT_NE(0, window->registerWindow());
-    EXPECT_EQ(1, window->create());
-    return window;
-}
-
 class FramedClient : public PWindow {
 public:
     explicit FramedClient(PWindowObject *parent) : PWindow(parent, PString("client"), &theApp, WS_CHILD | WS_VISIBLE) {}
@@ -97,21 +89,13 @@ public:
     }
 };
 
-RECT placementIn(HWND parent, HWND child)
-{
-    RECT rect;
-    GetWindowRect(child, &rect);
-    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT *>(&rect), 2);
-    return rect;
-}
-
 } // namespace
 
 TEST(PDragWindow, EveryDroppedFileReachesDroppedFileAndTheDropIsFinished)
 {
     DropFinishCounter finished;
     ASSERT_TRUE(finished.isActive());
-    DropTarget *window = createdDropTarget();
+    DropTarget *window = created(new DropTarget);
     EXPECT_TRUE(GetWindowLongPtrA(*window, GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
 
     const std::vector<std::string> names = {"C:\\first.txt", "C:\\folder\\second.bmp", "third"};

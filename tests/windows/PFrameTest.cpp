@@ -77,22 +77,6 @@ TestFrame *createdFrame(int rightOffset = 0)
     return frame;
 }
 
-MDIChild *createdChild(PFrame *frame)
-{
-    MDIChild *child = new MDIChild(frame);
-    EXPECT_NE(0, child->registerWindow());
-    EXPECT_EQ(1, child->create());
-    return child;
-}
-
-RECT placementIn(HWND parent, HWND child)
-{
-    RECT rect;
-    GetWindowRect(child, &rect);
-    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT *>(&rect), 2);
-    return rect;
-}
-
 RECT clientRect(HWND window)
 {
     RECT rect;
@@ -159,12 +143,12 @@ TEST(PFrame, ChildrenTileAndCascadeIntoTheWorkspace)
     ExpectNoLeaks leaks;
     TestFrame *frame = createdFrame();
     EXPECT_EQ(1, frame->isMDIChildrenMaximized());
-    MDIChild *first = createdChild(frame);
+    MDIChild *first = created(new MDIChild(frame));
     // With no active child the first one opens maximised, and becomes the active one.
     EXPECT_TRUE(IsZoomed(*first));
     EXPECT_EQ(first, frame->getActiveChild());
     EXPECT_EQ(1, first->activations);
-    MDIChild *second = createdChild(frame);
+    MDIChild *second = created(new MDIChild(frame));
     EXPECT_EQ(second, frame->getActiveChild());
     EXPECT_GE(first->deactivations, 1);
     SendMessageA(frame->getClientHWND(), WM_MDIRESTORE, reinterpret_cast<WPARAM>(static_cast<HWND>(*second)), 0);
@@ -208,8 +192,8 @@ TEST(PFrame, ActivationFollowsTheChildrenAndForgetsClosedOnes)
 {
     ExpectNoLeaks leaks;
     TestFrame *frame = createdFrame();
-    MDIChild *first = createdChild(frame);
-    MDIChild *second = createdChild(frame);
+    MDIChild *first = created(new MDIChild(frame));
+    MDIChild *second = created(new MDIChild(frame));
     HWND client = frame->getClientHWND();
 
     const int activations = first->activations;
@@ -224,7 +208,7 @@ TEST(PFrame, ActivationFollowsTheChildrenAndForgetsClosedOnes)
     EXPECT_EQ(second, frame->getActiveChild());
 
     // A child that closes while it is being activated.
-    MDIChild *third = createdChild(frame);
+    MDIChild *third = created(new MDIChild(frame));
     SendMessageA(client, WM_MDIACTIVATE, reinterpret_cast<WPARAM>(static_cast<HWND>(*second)), 0);
     HWND thirdHandle = *third;
     third->closeOnActivate = 1;
@@ -240,8 +224,8 @@ TEST(PFrame, ClosingChildrenHeedsRefusalsOnlyForOneApplication)
 {
     PAppInterface *previous = getApplication();
     TestFrame *frame = createdFrame();
-    MDIChild *willing = createdChild(frame);
-    MDIChild *refusing = createdChild(frame);
+    MDIChild *willing = created(new MDIChild(frame));
+    MDIChild *refusing = created(new MDIChild(frame));
     refusing->refuse = 1;
     (void)willing;
 
@@ -270,8 +254,8 @@ TEST(PFrame, ClosingChildrenHeedsRefusalsOnlyForOneApplication)
 TEST(PFrame, PaletteMessagesGoToTheChildren)
 {
     TestFrame *frame = createdFrame();
-    MDIChild *first = createdChild(frame);
-    MDIChild *second = createdChild(frame);
+    MDIChild *first = created(new MDIChild(frame));
+    MDIChild *second = created(new MDIChild(frame));
     first->paletteAnswer = 1;
     second->paletteAnswer = 4;
     HWND other = frame->getClientHWND();

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "TeskWin.h"
+#include "support/FakeMessageBox.h"
 #include "support/ImportPatch.h"
 #include "support/ReadBack.h"
 #include "support/TestApplication.h"
 #include "widgets/TestResources.h"
+#include "windows/WindowProbes.h"
 
 #include <string>
 
@@ -62,11 +64,9 @@ public:
 TestWindow *createdWindow(int width = 120, int height = 80)
 {
     TestWindow *window = new TestWindow(nullptr, WS_VISIBLE);
-    EXPECT_NE(0, window->registerWindow());
     window->setLocation(30, 40);
     window->setSize(width, height);
-    EXPECT_EQ(1, window->create());
-    return window;
+    return created(window);
 }
 
 RECT screenRect(HWND window)
@@ -74,6 +74,18 @@ RECT screenRect(HWND window)
     RECT rect = {};
     GetWindowRect(window, &rect);
     return rect;
+}
+
+// The window stands at (left, top) with that size on the screen, and its fields hold the size.
+void expectPlacement(TestWindow &window, int left, int top, int width, int height)
+{
+    const RECT rect = screenRect(window);
+    EXPECT_EQ(left, rect.left);
+    EXPECT_EQ(top, rect.top);
+    EXPECT_EQ(width, rect.right - rect.left);
+    EXPECT_EQ(height, rect.bottom - rect.top);
+    EXPECT_EQ(width, window.storedWidth());
+    EXPECT_EQ(height, window.storedHeight());
 }
 
 } // namespace
@@ -90,14 +102,7 @@ TEST(PWindow, CreationBindsTheQueuedObject)
     EXPECT_EQ(1, window->isValidWindow());
     EXPECT_TRUE(PWindow::theCreatedQueue.isEmpty());
 
-    // setSize(300, 50): 300 wide, 50 high, on the screen and in the fields.
-    RECT rect = screenRect(handle);
-    EXPECT_EQ(300, rect.right - rect.left);
-    EXPECT_EQ(50, rect.bottom - rect.top);
-    EXPECT_EQ(300, window->storedWidth());
-    EXPECT_EQ(50, window->storedHeight());
-    EXPECT_EQ(30, rect.left);
-    EXPECT_EQ(40, rect.top);
+    expectPlacement(*window, 30, 40, 300, 50);
 
     // The class: no CS_DBLCLKS, so a double click arrives as two button-downs.
     EXPECT_EQ(static_cast<DWORD>(CS_HREDRAW | CS_VREDRAW), GetClassLongA(handle, GCL_STYLE));
@@ -110,9 +115,7 @@ TEST(PWindow, CreationBindsTheQueuedObject)
 
 TEST(PWindow, DefaultPlacementIsReadBack)
 {
-    TestWindow *window = new TestWindow(nullptr);
-    ASSERT_NE(0, window->registerWindow());
-    ASSERT_EQ(1, window->create());
+    TestWindow *window = created(new TestWindow(nullptr));
     RECT rect = screenRect(*window);
     EXPECT_NE(static_cast<int>(CW_USEDEFAULT), window->storedWidth());
     EXPECT_EQ(rect.right - rect.left, window->storedWidth());
@@ -245,24 +248,12 @@ TEST(PWindow, MovesAndSizes)
 {
     TestWindow *window = createdWindow();
     window->moveWindow(GPoint(50.9, 60.2), GPoint(150.7, 90.1));
-    RECT rect = screenRect(*window);
-    EXPECT_EQ(50, rect.left);
-    EXPECT_EQ(60, rect.top);
-    EXPECT_EQ(150, rect.right - rect.left);
-    EXPECT_EQ(90, rect.bottom - rect.top);
-    EXPECT_EQ(150, window->storedWidth());
-    EXPECT_EQ(90, window->storedHeight());
+    expectPlacement(*window, 50, 60, 150, 90);
 
     window->moveWindow(GPoint(70, 80));
     window->sizeWindow(GPoint(210, 55));
-    rect = screenRect(*window);
-    EXPECT_EQ(70, rect.left);
-    EXPECT_EQ(80, rect.top);
-    EXPECT_EQ(210, rect.right - rect.left);
-    EXPECT_EQ(55, rect.bottom - rect.top);
+    expectPlacement(*window, 70, 80, 210, 55);
     EXPECT_EQ(GPoint(70, 80), window->getLocation());
-    EXPECT_EQ(210, window->storedWidth());
-    EXPECT_EQ(55, window->storedHeight());
 
     // After create, the setters only store.
     window->setLocation(GPoint(1.9, 2.9));
@@ -300,9 +291,7 @@ TEST(PWindow, CursorCountAndCursor)
 
 TEST(PWindow, MenuOfATopLevelWindow)
 {
-    TestWindow *window = new TestWindow(PString("TESTMENU"));
-    ASSERT_NE(0, window->registerWindow());
-    ASSERT_EQ(1, window->create());
+    TestWindow *window = created(new TestWindow(PString("TESTMENU")));
     HMENU loaded = window->getMenu();
     ASSERT_NE(nullptr, loaded);
     EXPECT_EQ(loaded, GetMenu(*window));
@@ -411,22 +400,6 @@ TEST(PWindow, OpenDocumentGoesToTheShell)
 
 namespace {
 
-struct BoxCall {
-    HWND owner = reinterpret_cast<HWND>(1);
-    std::string text;
-    std::string caption;
-    UINT style = 0;
-} lastBox;
-
-int WINAPI fakeMessageBoxA(HWND owner, char const *text, char const *caption, UINT style)
-{
-    lastBox.owner = owner;
-    lastBox.text = text ? text : "";
-    lastBox.caption = caption ? caption : "";
-    lastBox.style = style;
-    return IDOK;
-}
-
 // Ends the calling thread instead of the process.
 void WINAPI fakeExitProcess(UINT code)
 {
@@ -443,7 +416,7 @@ DWORD WINAPI callFatalError(void *window)
 
 TEST(PWindow, FatalErrorShowsABoxAndEndsWithOne)
 {
-    ImportPatch box("TeskWin.dll", "user32.dll", "MessageBoxA", reinterpret_cast<void *>(fakeMessageBoxA));
+    FakeMessageBox box;
     ImportPatch exit("TeskWin.dll", "kernel32.dll", "ExitProcess", reinterpret_cast<void *>(fakeExitProcess));
     ASSERT_TRUE(box.isActive());
     ASSERT_TRUE(exit.isActive());
@@ -456,11 +429,11 @@ TEST(PWindow, FatalErrorShowsABoxAndEndsWithOne)
     GetExitCodeThread(thread, &code);
     CloseHandle(thread);
     EXPECT_EQ(1u, code);
-    EXPECT_EQ("It is over", lastBox.text);
-    EXPECT_EQ("Test fatal", lastBox.caption);
-    EXPECT_EQ(static_cast<UINT>(MB_TASKMODAL | MB_ICONHAND), lastBox.style);
+    EXPECT_EQ("It is over", FakeMessageBox::last.text);
+    EXPECT_EQ("Test fatal", FakeMessageBox::last.caption);
+    EXPECT_EQ(static_cast<UINT>(MB_TASKMODAL | MB_ICONHAND), FakeMessageBox::last.style);
     // No owner, although the window is valid.
-    EXPECT_EQ(nullptr, lastBox.owner);
+    EXPECT_EQ(nullptr, FakeMessageBox::last.owner);
     window->shutDownWindow();
 }
 

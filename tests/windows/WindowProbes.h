@@ -1,11 +1,17 @@
 // WindowProbes.h - reading windows back in the tests of windows, widgets and contexts.
 //
 //   pixelAt         one pixel of a window's client area, copied out through a memory device
+//   expectPixels    expects the colours of a list of pixels of a window's client area
 //   pumpMessages    dispatches what is queued for this thread
+//   created         registers and creates a new window object, expecting both to succeed
+//   placementIn     a child's window rectangle in its parent's client coordinates
 //   PaintedWindow   a top-level window that fills a square of its document in red when painted
 #pragma once
 
 #include "TeskWin.h"
+#include "support/ReadBack.h"
+
+#include <gtest/gtest.h>
 
 #include <windows.h>
 
@@ -24,6 +30,12 @@ inline COLORREF pixelAt(HWND window, int x, int y)
     return pixel;
 }
 
+inline void expectPixels(HWND window, std::initializer_list<PixelProbe> probes)
+{
+    for (PixelProbe const &probe : probes)
+        EXPECT_EQ(pixelAt(window, probe.x, probe.y), probe.colour) << "pixel (" << probe.x << ", " << probe.y << ")";
+}
+
 inline void pumpMessages()
 {
     MSG msg;
@@ -31,6 +43,22 @@ inline void pumpMessages()
         TranslateMessage(&msg);
         DispatchMessageA(&msg);
     }
+}
+
+template <typename Window>
+Window *created(Window *window)
+{
+    EXPECT_NE(0, window->registerWindow());
+    EXPECT_EQ(1, window->create());
+    return window;
+}
+
+inline RECT placementIn(HWND parent, HWND child)
+{
+    RECT rect;
+    GetWindowRect(child, &rect);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT *>(&rect), 2);
+    return rect;
 }
 
 const COLORREF probeRed = RGB(255, 0, 0);
