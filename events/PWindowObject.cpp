@@ -2,6 +2,7 @@
 
 #include "events/PAppInterface.h"
 #include "foundation/PNumerics.h"
+// Translating a key needs the accelerator table, a resource of the widgets.
 #include "widgets/PMenu.h"
 
 #include <new>

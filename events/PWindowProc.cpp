@@ -6,9 +6,11 @@
 // WM_PAINT hands each window a painter, which only the dispatch may make.
 #include "contexts/GPainter.h"
 #include "graphics/GDevice.h"
+// WM_SYSCOLORCHANGE refreshes the colour snapshot that every window background is made from.
 #include "widgets/PSysColorManager.h"
 // WM_MDIACTIVATE keeps the active child of the frame, which only the dispatch may set.
 #include "windows/PFrame.h"
+// A handle finds its object through the window registry that PWindow keeps.
 #include "windows/PWindow.h"
 
 #include <commctrl.h>

@@ -2,6 +2,7 @@
 #include "graphics/DibFormat.h"
 #include "graphics/GMemoryDevice.h"
 #include "graphics/GObjectSelection.h"
+// A device draws images, whose pixels only the image class can hand over.
 #include "imaging/GImage.h"
 
 #include <objidl.h>

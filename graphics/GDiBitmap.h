@@ -9,6 +9,7 @@
 
 #include "foundation/TeskWinExport.h"
 #include "graphics/GBitmap.h"
+// A device-independent bitmap is an image with its own reader, so it stands on the image class.
 #include "imaging/GImage.h"
 
 struct tagRGBQUAD;

@@ -2,6 +2,7 @@
 
 #include "events/PAppInterface.h"
 #include "events/PWindowProc.h"
+// A window owns its scroller and takes its message captions from the string resources.
 #include "widgets/PScroller.h"
 #include "widgets/PStringResManager.h"
 #include "windows/PFrame.h"

@@ -19,6 +19,7 @@
 #include "foundation/PQueue.h"
 #include "foundation/TeskWinExport.h"
 #include "graphics/GBrush.h"
+// A window carries its cursor and its menu by value.
 #include "widgets/PCursor.h"
 #include "widgets/PMenu.h"
 
