@@ -76,6 +76,27 @@ void PictureWindow::select(GPoint const &a, GPoint const &b)
     band.show(context, onScreen(selection));
 }
 
+void PictureWindow::queueDrag(GPoint const &from, GPoint const &to)
+{
+    const PTPoint<long> origin = scroller.getOrg();
+    auto client = [&](GPoint const &p) {
+        return GPoint(p.getX() * scale() - origin.xVal(), p.getY() * scale() - origin.yVal());
+    };
+    auto position = [](GPoint const &p) {
+        return static_cast<LPARAM>(MAKELPARAM(static_cast<short>(p.getX()), static_cast<short>(p.getY())));
+    };
+    const GPoint start = client(from), end = client(to);
+    setCursorPosition(clientToScreen(end));
+    postEvent(this, PEvent(this, WM_LBUTTONDOWN, MK_LBUTTON, position(start)));
+    const int moves = 8;
+    for (int i = 1; i <= moves; ++i) {
+        const GPoint at(start.getX() + (end.getX() - start.getX()) * i / moves,
+                        start.getY() + (end.getY() - start.getY()) * i / moves);
+        postEvent(this, PEvent(this, WM_MOUSEMOVE, MK_LBUTTON, position(at)));
+    }
+    postEvent(this, PEvent(this, WM_LBUTTONUP, 0, position(end)));
+}
+
 bool PictureWindow::cropToSelection()
 {
     if (!selected)

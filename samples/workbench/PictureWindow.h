@@ -34,6 +34,10 @@ public:
     // Corners in picture pixels, in any order; the band is drawn at once.
     void select(GPoint const &a, GPoint const &b);
     bool hasSelection() const { return selected; }
+    // Queues the mouse messages of a drag with the left button between two picture points,
+    // with the pointer left at the end: the selection follows as if a hand moved the mouse,
+    // and the view scrolls when the end lies outside the window.
+    void queueDrag(GPoint const &from, GPoint const &to);
     // The picture cut to the selection; false when nothing is selected or memory is short.
     bool cropToSelection();
 

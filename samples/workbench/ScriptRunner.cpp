@@ -174,6 +174,10 @@ bool ScriptRunner::run(std::vector<std::string> const &words)
         active->select(GPoint(number(words, 1, 0), number(words, 2, 0)), GPoint(number(words, 3, 0), number(words, 4, 0)));
         return true;
     }
+    if (command == "drag") {
+        active->queueDrag(GPoint(number(words, 1, 0), number(words, 2, 0)), GPoint(number(words, 3, 0), number(words, 4, 0)));
+        return true;
+    }
     if (command == "clear") {
         active->clearOverlays();
         return true;

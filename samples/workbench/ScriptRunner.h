@@ -14,6 +14,7 @@
 //   tile | cascade                   arranges the picture windows
 //   zoom <percent> | scroll <x> <y>  the active window's zoom | its view, in picture pixels
 //   select <x0> <y0> <x1> <y1>       a rubber-band selection | crop: cuts the picture to it
+//   drag <x0> <y0> <x1> <y1>         the same with the mouse: its messages are queued
 //   outlines | screen | clear        traced outlines | a line screen | neither, over the picture
 //   quit                             closes the frame; the end of the script does too
 // A command after "!" is meant to fail, to show how the failure reaches the user.
