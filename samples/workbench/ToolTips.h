@@ -1,19 +1,16 @@
 // ToolTips.h - tips for the frame's tool buttons.
 //
-//   ToolTips  one tip window for the buttons of a tool strip
+//   ToolTips  one tip window for the buttons of a tool strip, made with the first of them
 #pragma once
 
 #include <TeskWin.h>
 
 class ToolTips {
 public:
-    explicit ToolTips(PWindowObject &strip);
+    ToolTips();
     ToolTips(ToolTips const &) = delete;
     ToolTips &operator=(ToolTips const &) = delete;
 
-    void create();
+    // control is a child of the frame the tips report to.
     void attach(PWindowObject &control, PString const &text);
-
-private:
-    PWindowObject &strip;
 };

@@ -45,8 +45,7 @@ const ToolDescription tools[] = {
 } // namespace
 
 Workbench::Workbench(WorkbenchApp *app)
-    : PFrame(PString("TeskWin Workbench"), PString(WORKBENCH_MENU), app), workbench(app), statusLine(*this),
-      toolTips(*this)
+    : PFrame(PString("TeskWin Workbench"), PString(WORKBENCH_MENU), app), workbench(app), statusLine(*this)
 {
 }
 
@@ -64,7 +63,6 @@ void Workbench::setupWindow()
 
 void Workbench::createToolStrip()
 {
-    toolTips.create();
     int x = buttonGap;
     for (ToolDescription const &tool : tools) {
         auto *button = new ToolButton(this, PString(tool.label), tool.command, getApp());
@@ -213,17 +211,19 @@ bool Workbench::apply(Operation const &operation)
     PictureWindow *active = needActive();
     if (!active)
         return false;
-    int result;
+    int result, reports = 0;
     {
         BusyCursor hourglass(this);
         workbench->busy = true;
         result = runOperation(operation, active->getPicture(), [&](int percent) {
             statusLine.showPercentDone(percent, PString(operation.title));
             keepAlive();
+            ++reports;
         });
         workbench->busy = false;
         statusLine.clearPercentDone();
     }
+    workbench->log().line("  %d reports of percent done, with the event loop run after each", reports);
     active->pictureChanged();
     showActive();
     if (result != GImage::resultOk) {
