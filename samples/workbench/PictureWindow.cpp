@@ -50,6 +50,7 @@ void PictureWindow::pictureChanged()
     // Outlines, bars and the selection belong to the picture as it was.
     clearOverlays();
     selected = false;
+    band.forget();
     setZoom(zoom);
 }
 

@@ -19,6 +19,8 @@ public:
     void hide(GDevice &device);
     // Draws the band again where a repaint has just wiped it.
     void redraw(GDevice &device);
+    // Forgets the band without erasing it, where a repaint of everything is coming.
+    void forget() { shown = false; }
     bool isShown() const { return shown; }
 
 private:

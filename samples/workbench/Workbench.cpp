@@ -224,7 +224,11 @@ bool Workbench::apply(Operation const &operation)
         statusLine.clearPercentDone();
     }
     workbench->log().line("  %d reports of percent done, with the event loop run after each", reports);
-    active->pictureChanged();
+    // A refused operation leaves the picture, its overlays and its selection as they were.
+    if (result == GImage::resultOk)
+        active->pictureChanged();
+    else
+        active->repaint(1);
     showActive();
     if (result != GImage::resultOk) {
         report("The operation could not be applied: %s.", operationMessage(result));
