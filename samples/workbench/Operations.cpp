@@ -13,6 +13,8 @@ const GColor black(0, 0, 0);
 // Operations that return nothing cannot fail, once the picture has pixels.
 int done(Picture &image) { return image.getHeader() ? GImage::resultOk : GImage::resultImpossible; }
 
+const int weightedGrey = 1;
+
 // The octree takes a true-colour pixel's bytes in their stored order (blue first) as red,
 // green and blue, as the library's reduction does by design; handing it the bytes in the
 // order red, green, blue gives a palette of the picture's own colours.
@@ -20,6 +22,15 @@ int octree(Picture &picture, unsigned short colours)
 {
     picture.swapRedAndBlue();
     return picture.octreeReduction(colours);
+}
+
+// Weighted grey takes a true-colour pixel's first byte as red as well; its result is the same
+// in every byte, so nothing needs to be put back.
+int grey(Picture &picture)
+{
+    picture.swapRedAndBlue();
+    picture.grayScale(weightedGrey);
+    return done(picture);
 }
 
 // The filters take a 3 by 3 window: the size that the library's filters work with.
@@ -31,7 +42,7 @@ enum { familySobel = 2, directionNorth = 1, directionEast = 4, directionNorthWes
 enum { morphologyAllNeighbours = 0 };
 
 const Operation operations[] = {
-    {CM_GREY, "grey", "Grey scale", false, false, [](Picture &i) { i.grayScale(1); return done(i); }},
+    {CM_GREY, "grey", "Grey scale", false, false, [](Picture &i) { return grey(i); }},
     {CM_BRIGHTER, "brighter", "Brighter by 20%", true, false, [](Picture &i) { i.adjust(20); return done(i); }},
     {CM_DARKER, "darker", "Darker by 20%", true, false, [](Picture &i) { i.adjust(-20); return done(i); }},
     {CM_EQUALISE, "equalise", "Histogram equalisation", false, false, [](Picture &i) { return i.histEqua(); }},
