@@ -161,7 +161,7 @@ bool Workbench::newScene(unsigned long width, unsigned long height, unsigned int
 {
     Picture scene = Picture::trueColour(width, height);
     if (scene.isEmpty()) {
-        report("There is not enough memory for a picture of %s.", "that size");
+        report("There is not enough memory for a new picture%s.", "");
         return false;
     }
     scene.paintScene(seed);
@@ -292,7 +292,9 @@ bool Workbench::activate(unsigned int n)
 {
     PList<PWindowObject *> pictures = getMDIChildren();
     if (n == 0 || n > pictures.length()) {
-        report("There is no picture window number %s.", "like that");
+        char number[16];
+        std::snprintf(number, sizeof number, "%u", n);
+        report("There is no picture window number %s.", number);
         return false;
     }
     // A child that takes the focus becomes the active one.
