@@ -1,1 +1,1 @@
-teskwin_classes(contexts GContext GPainter GDC PRectangle)
+teskwin_classes(contexts GContext GPainter GDC PRectangle PLaputa PImageList)

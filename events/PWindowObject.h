@@ -26,6 +26,8 @@ class PAppInterface;
 class TESKWIN_API PWindowObject : public PError, public PRespond {
     friend class PWindow;
     friend class PDispatch;
+    // A tooltip keeps its parent for getParent but leaves that parent's children.
+    friend class PTooltip;
 
 public:
     // Attaches the object at the end of parent's children. With neither a parent nor an

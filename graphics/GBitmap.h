@@ -49,6 +49,7 @@ public:
 protected:
     friend class GDevice;
     friend class GImage;
+    friend class PImage; // the image-file layer wraps the bitmaps its engine renders
 
     // Takes handle and the duty to delete it.
     explicit GBitmap(HBITMAP handle);

@@ -33,6 +33,7 @@
 
 class GDeviceCaps;
 class GImage;
+class PImage;
 
 // How a path combines with the clip region: the platform's RGN_ values.
 enum RegionMode : int {
@@ -229,6 +230,12 @@ public:
     int stretchImage(GDevice &device, GRect const &source, GRect const &target, int rop);
     // A copy with SRCCOPY; the image is not used.
     int stretchImage(GImage &image, GBitmap &bitmap, GRect const &source, GRect const &target);
+    // Images of the imaging engine, defined with the image files: drawn by the engine at a
+    // device point (untranslated) or into a logical target; nothing without a valid handle.
+    void draw(PImage &image, GPoint const &pos);
+    void zoomImage(PImage &image, GRect const &target);
+    // As the GBitmap form with SRCCOPY; the image is not used.
+    int stretchImage(PImage &image, GBitmap &bitmap, GRect const &source, GRect const &target);
     // The rectangle in device units, untranslated.
     void patternBlt(GRect const &rect, unsigned long rop);
     // from goes through the source device's own translation.
@@ -247,6 +254,13 @@ public:
     long draw(IViewObject *object, tagFORMATETC *format, GRect &rect);
     // Height first. A bitmap compatible with this device, owned by the result.
     GBitmap createCompatibleBitmap(int height, int width);
+
+private:
+    // A logical target as device edges: left and top translated, the size by the target rule.
+    RECT deviceTargetRect(GRect const &target) const;
+    // draw(GBitmap &) on a printer goes through an engine image at five times the logical
+    // size; defined with the image files.
+    void drawOnPrinter(GBitmap &bitmap, GPoint const &pos, GPoint const &size, int rop);
 
 protected:
     HDC dc;

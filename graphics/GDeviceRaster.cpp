@@ -115,6 +115,10 @@ void GDevice::draw(GBitmap &bitmap, GPoint const &pos, int rop)
     if (!memory.getDC())
         return;
     GPoint size = bitmap.getSize();
+    if (getDeviceCaps().getDeviceType() == rasterPrinterDevice) {
+        drawOnPrinter(bitmap, pos, size, rop);
+        return;
+    }
     // The bitmap's extent in the platform's current logical units.
     POINT origin{0, 0};
     POINT extent{truncateCoord(size.xVal()), truncateCoord(size.yVal())};
@@ -122,6 +126,12 @@ void GDevice::draw(GBitmap &bitmap, GPoint const &pos, int rop)
     DPtoLP(dc, &extent, 1);
     StretchBlt(dc, truncateCoord(location.xVal()), truncateCoord(location.yVal()), extent.x - origin.x,
                extent.y - origin.y, memory, 0, 0, truncateCoord(size.xVal()), truncateCoord(size.yVal()), DWORD(rop));
+}
+
+RECT GDevice::deviceTargetRect(GRect const &target) const
+{
+    const DeviceTarget to = deviceTarget(*this, target);
+    return RECT{to.x, to.y, to.x + to.width, to.y + to.height};
 }
 
 int GDevice::stretchImage(GBitmap &bitmap, GRect const &source, GRect const &target, int rop)

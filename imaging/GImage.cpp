@@ -394,8 +394,13 @@ DibPicture GImage::dibPicture() { return DibPicture{header, pixels, &colorTable,
 
 GImage::operator GBitmap() { return makeBitmap(nullptr); }
 
+GImage::LibrarySave GImage::librarySave = nullptr;
+
 int GImage::write(PString const &fileName)
 {
+    int saved = resultOk;
+    if (source == librarySource && librarySave && librarySave(*this, fileName, saved))
+        return saved;
     if (!header || !pixels)
         return resultNotWritten;
     PFile file;

@@ -166,6 +166,12 @@ protected:
     // Frees header and pixels, leaving the image empty.
     void release();
 
+    // How an image of source 1 is saved: set by the image-file layer above this one, which
+    // knows the library-backed images. False when the image isn't one, so .bmp writing goes on.
+    using LibrarySave = bool (*)(GImage &image, PString const &fileName, int &result);
+    static LibrarySave librarySave;
+    static constexpr int librarySource = 1;
+
     unsigned char *pixels;
     tagBITMAPINFOHEADER *header;
     GPalette colorTable;

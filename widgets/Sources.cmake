@@ -1,1 +1,1 @@
-teskwin_classes(widgets PMenu PCursor PStringResManager PMessageBox PSysColorManager PScroller)
+teskwin_classes(widgets PMenu PCursor PStringResManager PMessageBox PSysColorManager PScroller PControl PStatusBar PTooltip PWaitCursor)

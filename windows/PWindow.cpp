@@ -221,6 +221,11 @@ int PWindow::create()
     return 0;
 }
 
+HINSTANCE PWindow::getAppInstance() const
+{
+    return instanceOf(app);
+}
+
 PWindowObject *PWindow::getWinPtr(PHHwnd const &handle)
 {
     if (PWindowObject *bound = PWindowObject::getWinPtr(handle))

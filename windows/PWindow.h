@@ -133,6 +133,8 @@ public:
 protected:
     // For the windows derived from this one, which see the tree only through PWindowObject.
     static int isMDIChildWindow(PWindowObject const *window) { return window && window->isMDIChild; }
+    // The module the application's windows are made under; null without an application.
+    HINSTANCE getAppInstance() const;
 
 private:
     // The bound object, or else the oldest object under construction, now bound to handle.

@@ -22,9 +22,10 @@ public:
     void setMainWindow(PWindowObject *window) override { mainWindow = window; }
     PStatusBar *getStatusBar() override { return nullptr; }
     void showMainWindow(int command) override { shownCommand = command; }
-    PProgressBar *getProgressBar() override { return nullptr; }
+    PProgressBar *getProgressBar() override { return progressBar; }
     int canExit() override { ++exitAsked; return exitAllowed; }
-    void setProgressBar(PProgressBar *) override {}
+    // Keeps the bar and makes its window, as an application must.
+    void setProgressBar(PProgressBar *bar) override;
     PAccel *getAccelerators() override { return accelerators; }
     void setAccelerators(PAccel *value) override { accelerators = value; }
     unsigned long getHelpContext() override { return 0; }
@@ -62,6 +63,7 @@ public:
     PString appName = PString("Test application");
     PWindowObject *mainWindow = nullptr;
     PAccel *accelerators = nullptr;
+    PProgressBar *progressBar = nullptr;
     int exitAllowed = 1;
     int hotKeyAnswer = 0;
     int capturedKeyAnswer = 0;
