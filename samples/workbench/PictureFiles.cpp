@@ -1,39 +1,48 @@
-// PictureFiles.cpp - .bmp files, through the library's own reader and writer.
+// PictureFiles.cpp - PNG, JPEG, TIFF, GIF and BMP files, through the library's images of the
+// platform's imaging component.
 #include "PictureFiles.h"
-
-#include <cstring>
 
 namespace {
 
-// The reader's results, in words.
-char const *readProblem(int result)
+char const *loadProblem(int result)
 {
     switch (result) {
-    case 1:
-        return "the reader takes pictures of 1, 4 and 8 bits with a colour table";
-    case 2:
-        return "this is not a .bmp file";
-    case 3:
+    case PImage::resultNoDib:
         return "there is not enough memory";
-    case 4:
-        return "the file ends early";
-    case 6:
-        return "the colour table could not be built";
+    case PImage::resultNoHandle:
+    case PImage::resultBadHandle:
+        return "the picture in it cannot be read";
     default:
-        return "the file could not be read";
+        return "it is not a picture file that can be read";
     }
 }
 
-bool hasExtension(PString const &path, char const *extension)
-{
-    const char *text = path;
-    const size_t length = std::strlen(text), extensionLength = std::strlen(extension);
-    return length >= extensionLength && _stricmp(text + length - extensionLength, extension) == 0;
-}
+// A file the picture is handed over in; deleted when the transfer is done.
+class TransferFile {
+public:
+    TransferFile() { PTemporaryFileServices::reserveTempFile(name); }
+    TransferFile(TransferFile const &) = delete;
+    TransferFile &operator=(TransferFile const &) = delete;
+    ~TransferFile()
+    {
+        if (!name.isEmpty())
+            DeleteFileA(name);
+    }
+
+    PString const &getName() const { return name; }
+
+private:
+    PString name;
+};
 
 } // namespace
 
-char const *pictureFileFilter() { return "Bitmaps (*.bmp)\0*.bmp\0All files (*.*)\0*.*\0"; }
+char const *pictureFileFilter()
+{
+    return "Pictures (*.png;*.jpg;*.jpeg;*.tif;*.tiff;*.gif;*.bmp)\0*.png;*.jpg;*.jpeg;*.tif;*.tiff;*.gif;*.bmp\0"
+           "PNG (*.png)\0*.png\0JPEG (*.jpg)\0*.jpg;*.jpeg\0TIFF (*.tif)\0*.tif;*.tiff\0GIF (*.gif)\0*.gif\0"
+           "Bitmaps (*.bmp)\0*.bmp\0All files (*.*)\0*.*\0";
+}
 
 int loadPicture(PString const &path, Picture &picture, PString &problem)
 {
@@ -41,10 +50,10 @@ int loadPicture(PString const &path, Picture &picture, PString &problem)
         problem = PString("there is no such file");
         return GImage::resultImpossible;
     }
-    GDiBitmap file;
+    PImage file;
     const int result = file.load(path);
     if (result != 0) {
-        problem = PString(readProblem(result));
+        problem = PString(loadProblem(result));
         return result;
     }
     picture = Picture(file);
@@ -53,12 +62,16 @@ int loadPicture(PString const &path, Picture &picture, PString &problem)
 
 int savePicture(PString const &path, Picture &picture, PString &problem)
 {
-    if (!hasExtension(path, ".bmp")) {
-        problem = PString("this build writes .bmp files only");
+    // The picture reaches the imaging component as a .bmp file, which keeps its palette.
+    TransferFile transfer;
+    PImage image;
+    if (transfer.getName().isEmpty() || picture.write(transfer.getName()) != GImage::resultOk ||
+        image.load(transfer.getName()) != 0) {
+        problem = PString("the picture could not be handed to the imaging component");
         return GImage::resultNotWritten;
     }
-    const int result = picture.write(path);
+    const int result = image.save(path, PImage::formatByExtension);
     if (result != 0)
-        problem = PString("the file could not be written");
+        problem = PString("the file could not be written in that format (GIF takes pictures of at most 256 colours)");
     return result;
 }

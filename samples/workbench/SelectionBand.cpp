@@ -1,37 +1,45 @@
-// SelectionBand.cpp - the band is drawn in exclusive-or, so drawing it twice erases it.
+// SelectionBand.cpp - the band floats in exclusive-or, so drawing it twice erases it.
 #include "SelectionBand.h"
 
-SelectionBand::SelectionBand() = default;
+void RubberBand::setPosition(GPoint const &position)
+{
+    rect = GRect(position.getX(), position.getY(), position.getX() + rect.width(), position.getY() + rect.height());
+}
+
+GPoint RubberBand::getPosition() const { return GPoint(rect.lVal(), rect.tVal()); }
+
+void RubberBand::draw(GDevice &device)
+{
+    const GPen previous = device.getPen();
+    device.setPen(GPen(GColor(255, 255, 255), 1, LineDot));
+    device.rectangle(rect);
+    device.setPen(previous);
+}
+
+SelectionBand::SelectionBand() : overlay(band) {}
 
 SelectionBand::~SelectionBand() = default;
 
 void SelectionBand::show(GDevice &device, GRect const &rect)
 {
     hide(device);
-    band = rect;
-    drawBand(device);
+    band.setRect(rect);
+    overlay.beforeDraw(device);
+    overlay.draw(device);
     shown = true;
 }
 
 void SelectionBand::hide(GDevice &device)
 {
     if (shown)
-        drawBand(device);
+        overlay.erase(device);
     shown = false;
 }
 
 void SelectionBand::redraw(GDevice &device)
 {
-    if (shown)
-        drawBand(device);
-}
-
-void SelectionBand::drawBand(GDevice &device)
-{
-    const GPen previous = device.getPen();
-    device.setPen(GPen(GColor(255, 255, 255), 1, LineDot));
-    device.setXOR(1);
-    device.rectangle(band);
-    device.setXOR(0);
-    device.setPen(previous);
+    if (shown) {
+        overlay.beforeDraw(device);
+        overlay.draw(device);
+    }
 }

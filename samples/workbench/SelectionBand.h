@@ -1,10 +1,24 @@
 // SelectionBand.h - the rubber band of a selection, drawn over the picture and taken away
 // again without repainting what lies beneath.
 //
-//   SelectionBand  a dotted rectangle in the logical coordinates of a device
+//   RubberBand     the glyph: a dotted rectangle in the logical coordinates of a device
+//   SelectionBand  floats the rubber band over a device in exclusive-or mode
 #pragma once
 
 #include <TeskWin.h>
+
+class RubberBand : public PGlyph {
+public:
+    void setPosition(GPoint const &position) override;
+    GPoint getPosition() const override;
+    GRect getBounds() override { return rect; }
+    void draw(GDevice &device) override;
+
+    void setRect(GRect const &bounds) { rect = bounds; }
+
+private:
+    GRect rect;
+};
 
 class SelectionBand {
 public:
@@ -24,8 +38,7 @@ public:
     bool isShown() const { return shown; }
 
 private:
-    void drawBand(GDevice &device);
-
-    GRect band;
+    RubberBand band;
+    PXorLaputa overlay;
     bool shown = false;
 };

@@ -1,44 +1,47 @@
-// StatusLine.cpp - the status line in the frame's caption, until a status bar is at hand.
+// StatusLine.cpp - the status bar of the frame.
 #include "StatusLine.h"
 
-#include <cstdio>
+namespace {
+// Widths of the sections after the first, which takes what the others leave.
+const int sectionWidths[] = {460, 190, 70, 250};
+} // namespace
 
 StatusLine::StatusLine(PWindow &frame) : frame(frame) {}
 
-StatusLine::~StatusLine() = default;
+// The bar goes with the frame's window tree.
+StatusLine::~StatusLine() { gStatusBar = nullptr; }
 
-int StatusLine::create() { return 0; }
+int StatusLine::create()
+{
+    bar = new PStatusBar(&frame);
+    // Created through its base, where creation is public: a status bar is not made by its
+    // parent's createChildren.
+    PWindowObject *window = bar;
+    if (!window->create()) {
+        PWindowObject::deleteWindow(bar);
+        bar = nullptr;
+        return 0;
+    }
+    for (int width : sectionWidths)
+        bar->addSection(width);
+    gStatusBar = bar;
+    return bar->getHeight();
+}
 
 void StatusLine::write(Section section, PString const &text)
 {
-    texts[section] = text;
-    showInCaption();
+    if (bar)
+        bar->write(text, section);
 }
 
-void StatusLine::showPercentDone(int done, PString const &text)
+void StatusLine::showPercentDone(int percent, PString const &text)
 {
-    percent = done;
-    texts[message] = text;
-    showInCaption();
+    if (bar)
+        bar->showPercentDone(percent, text);
 }
 
 void StatusLine::clearPercentDone()
 {
-    percent = -1;
-    texts[message] = PString("");
-    showInCaption();
-}
-
-void StatusLine::showInCaption()
-{
-    PString caption("TeskWin Workbench");
-    for (PString const &text : texts)
-        if (!text.isEmpty())
-            caption = caption + " - " + text;
-    if (percent >= 0) {
-        char done[16];
-        std::snprintf(done, sizeof done, " %d%%", percent);
-        caption = caption + done;
-    }
-    frame.setCaption(caption);
+    if (bar)
+        bar->clearPercentDone();
 }

@@ -1,7 +1,8 @@
-// StatusLine.h - the frame's status line: sections of text and the percent done of a long
+// StatusLine.h - the frame's status bar: sections of text and the percent done of a long
 // operation.
 //
-//   StatusLine  message, picture size, zoom and pointer sections; percent done
+//   StatusLine  message, picture size, zoom and pointer sections; percent done in a progress
+//               bar over the picture size section
 #pragma once
 
 #include <TeskWin.h>
@@ -15,16 +16,14 @@ public:
     StatusLine &operator=(StatusLine const &) = delete;
     ~StatusLine();
 
-    // Makes the line along the bottom of the frame; the height it takes there.
+    // Makes the bar along the bottom of the frame; the height it takes there.
     int create();
     void write(Section section, PString const &text);
     void showPercentDone(int percent, PString const &text);
     void clearPercentDone();
 
 private:
-    void showInCaption();
-
     PWindow &frame;
-    PString texts[sectionCount];
-    int percent = -1;
+    // A child of the frame, which deletes it with its other children.
+    PStatusBar *bar = nullptr;
 };

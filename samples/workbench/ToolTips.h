@@ -13,4 +13,8 @@ public:
 
     // control is a child of the frame the tips report to.
     void attach(PWindowObject &control, PString const &text);
+
+private:
+    // A top-level window of no parent's children: it lasts as long as the program.
+    PTooltip *tip = nullptr;
 };

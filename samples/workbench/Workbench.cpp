@@ -1,7 +1,6 @@
 // Workbench.cpp - the frame: pictures in, operations on them, pictures out.
 #include "Workbench.h"
 
-#include "BusyCursor.h"
 #include "PictureFiles.h"
 #include "PictureWindow.h"
 #include "ToolButton.h"
@@ -175,7 +174,7 @@ bool Workbench::open(PString const &path)
     Picture picture;
     PString problem;
     {
-        BusyCursor hourglass(this);
+        PWaitCursor hourglass(this);
         if (loadPicture(path, picture, problem) != 0) {
             report("The picture could not be opened: %s.", problem);
             return false;
@@ -190,7 +189,7 @@ bool Workbench::saveActive(PString const &path)
     if (!active)
         return false;
     PString problem;
-    BusyCursor hourglass(this);
+    PWaitCursor hourglass(this);
     if (savePicture(path, active->getPicture(), problem) != 0) {
         report("The picture could not be saved: %s.", problem);
         return false;
@@ -213,7 +212,7 @@ bool Workbench::apply(Operation const &operation)
         return false;
     int result, reports = 0;
     {
-        BusyCursor hourglass(this);
+        PWaitCursor hourglass(this);
         workbench->busy = true;
         result = runOperation(operation, active->getPicture(), [&](int percent) {
             statusLine.showPercentDone(percent, PString(operation.title));
@@ -243,7 +242,7 @@ bool Workbench::traceOutlines()
     PictureWindow *active = needActive();
     if (!active)
         return false;
-    BusyCursor hourglass(this);
+    PWaitCursor hourglass(this);
     const int result = active->traceOutlines();
     if (result != GImage::resultOk) {
         report("No outlines were traced: %s.", operationMessage(result));
@@ -260,7 +259,7 @@ bool Workbench::lineScreen()
     PictureWindow *active = needActive();
     if (!active)
         return false;
-    BusyCursor hourglass(this);
+    PWaitCursor hourglass(this);
     if (active->makeLineScreen() != GImage::resultOk) {
         report("No line screen could be made: %s.", operationMessage(GImage::resultImpossible));
         return false;

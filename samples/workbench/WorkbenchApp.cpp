@@ -19,7 +19,13 @@ int WorkbenchApp::idleAction()
     return 0;
 }
 
-void WorkbenchApp::setProgressBar(PProgressBar *bar) { progressBar = bar; }
+// The status bar hands over its progress bar for the application to make its window.
+void WorkbenchApp::setProgressBar(PProgressBar *bar)
+{
+    progressBar = bar;
+    if (bar)
+        bar->create();
+}
 
 void WorkbenchApp::loadAccelerators()
 {

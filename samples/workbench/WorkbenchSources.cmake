@@ -1,6 +1,5 @@
 # The workbench's sources, for the sample's own build and for the test that drives it.
 set(WORKBENCH_SOURCES
-  ${CMAKE_CURRENT_LIST_DIR}/BusyCursor.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Main.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Operations.cpp
   ${CMAKE_CURRENT_LIST_DIR}/Picture.cpp

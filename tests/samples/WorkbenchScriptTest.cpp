@@ -77,7 +77,8 @@ TEST(WorkbenchScript, RunsAChainOfOperationsAndLeavesScreenshotsPicturesAndLog)
 {
     ScriptFolder run("workbench-chain", "scene 160 120 3\n"
                                         "op edges        # banded: progress between bands\n"
-                                        "save edges.bmp\n"
+                                        "save edges.png\n"
+                                        "open edges.png  # read back through the imaging component\n"
                                         "duplicate\n"
                                         "op octree16\n"
                                         "outlines\n"
@@ -89,12 +90,12 @@ TEST(WorkbenchScript, RunsAChainOfOperationsAndLeavesScreenshotsPicturesAndLog)
     ASSERT_EQ(run.runWorkbench(), 0u) << run.read("workbench.log");
 
     const std::string log = run.read("workbench.log");
-    EXPECT_NE(log.find("script finished: 11 steps, 0 failed"), std::string::npos) << log;
+    EXPECT_NE(log.find("script finished: 12 steps, 0 failed"), std::string::npos) << log;
     EXPECT_NE(log.find("message box (not shown in a script run): The picture could not be opened: there is no such file"),
               std::string::npos)
         << log;
     EXPECT_NE(log.find("Sobel edge detection"), std::string::npos);
-    for (int step = 1; step <= 11; ++step) {
+    for (int step = 1; step <= 12; ++step) {
         char needle[32];
         std::snprintf(needle, sizeof needle, "screenshot step-%02d-", step);
         const size_t at = log.find(needle);
@@ -103,9 +104,13 @@ TEST(WorkbenchScript, RunsAChainOfOperationsAndLeavesScreenshotsPicturesAndLog)
         EXPECT_TRUE(run.has(name.c_str())) << name;
     }
 
-    // The edges picture keeps the scene's size and depth; the cut one is the selection,
-    // 51 by 41 pixels, with the 16 colours of the reduction.
-    EXPECT_TRUE(run.has("edges.bmp"));
+    // The edges picture comes back from its PNG file at the scene's size; the cut one is the
+    // selection, 51 by 41 pixels, with the 16 colours of the reduction.
+    PImage edges;
+    ASSERT_EQ(edges.load(PString(run.path("edges.png").c_str())), 0);
+    EXPECT_EQ(edges.getWidth(), 160);
+    EXPECT_EQ(edges.getHeight(), 120);
+    EXPECT_NE(log.find("2 windows, active: edges.png\r\n"), std::string::npos) << log;
     GDiBitmap cut;
     ASSERT_EQ(cut.load(PString(run.path("cut.bmp").c_str())), 0);
     EXPECT_EQ(cut.getWidth(), 51);
