@@ -110,7 +110,7 @@ TEST(WorkbenchScript, RunsAChainOfOperationsAndLeavesScreenshotsPicturesAndLog)
     ASSERT_EQ(edges.load(PString(run.path("edges.png").c_str())), 0);
     EXPECT_EQ(edges.getWidth(), 160);
     EXPECT_EQ(edges.getHeight(), 120);
-    EXPECT_NE(log.find("2 windows, active: edges.png\r\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("2 windows, active: edges.png\n"), std::string::npos) << log;
     GDiBitmap cut;
     ASSERT_EQ(cut.load(PString(run.path("cut.bmp").c_str())), 0);
     EXPECT_EQ(cut.getWidth(), 51);
