@@ -361,7 +361,7 @@ void Workbench::askSaveAs()
     request.lpstrFilter = pictureFileFilter();
     request.lpstrFile = path;
     request.nMaxFile = sizeof path;
-    request.lpstrDefExt = "bmp";
+    request.lpstrDefExt = "png";
     request.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY;
     if (GetSaveFileNameA(&request))
         saveActive(PString(path));
