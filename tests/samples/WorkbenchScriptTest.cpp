@@ -121,6 +121,28 @@ TEST(WorkbenchScript, RunsAChainOfOperationsAndLeavesScreenshotsPicturesAndLog)
     EXPECT_EQ(shot.load(PString(run.path("step-01-scene-160.bmp").c_str())), 1);
 }
 
+TEST(WorkbenchScript, AMouseDragOverAZoomedScrolledViewSelectsThePicturePixelsUnderIt)
+{
+    // At 200% scrolled to (20, 10), picture points (30, 20) and (60, 40) lie at client points
+    // (20, 20) and (80, 60): inside the window, so that nothing scrolls while dragging.
+    ScriptFolder run("workbench-drag", "scene 200 150 4\n"
+                                       "save whole.png\n"
+                                       "zoom 200\n"
+                                       "scroll 20 10\n"
+                                       "drag 30 20 60 40\n"
+                                       "crop\n"
+                                       "save part.png\n");
+    ASSERT_EQ(run.runWorkbench(), 0u) << run.read("workbench.log");
+    PImage whole, part;
+    ASSERT_EQ(whole.load(PString(run.path("whole.png").c_str())), 0);
+    ASSERT_EQ(part.load(PString(run.path("part.png").c_str())), 0);
+    EXPECT_EQ(part.getWidth(), 31);
+    EXPECT_EQ(part.getHeight(), 21);
+    for (unsigned long y = 0; y < 21; y += 5)
+        for (unsigned long x = 0; x < 31; x += 5)
+            EXPECT_TRUE(part.getPixel(y, x) == whole.getPixel(y + 20, x + 30)) << x << ", " << y;
+}
+
 TEST(WorkbenchScript, AnUnknownCommandFailsTheRunButNotTheProgram)
 {
     ScriptFolder run("workbench-unknown", "scene 64 48\nfrobnicate\nop no-such-operation\nsave out.bmp\n");
