@@ -397,6 +397,8 @@ int PImage::warp(PCoord<double> *points)
 {
     if (!isValid())
         return resultNoHandle;
+    if (!points)
+        return resultImpossible;
     tagBITMAPINFOHEADER *dib = nullptr;
     HBITMAP rendered = nullptr;
     if (Engine::dib(imageHandle, dib) != Engine::codeOk ||
@@ -456,32 +458,40 @@ int PImage::outlineTrace(PCoord<double> const &point, POutlines &outline, unsign
     if (point.xval() < 0 || point.xval() > imageWidth - 1 || point.yval() < 0 || point.yval() > imageHeight - 1)
         return resultImpossible;
     if (numColors() == 0 && !reducedImage) {
-        reducedImage = new (std::nothrow) PImage;
-        if (!reducedImage)
-            return resultNoDib;
-        tagBITMAPINFOHEADER *dib = nullptr;
-        Engine::Handle shadow = noHandle;
-        if (Engine::dib(imageHandle, dib) != Engine::codeOk || Engine::createFromDib(dib, shadow) != Engine::codeOk)
-            return decodeError(0);
-        reducedImage->imageHandle = shadow;
-        tagBITMAPINFOHEADER *shadowDib = nullptr;
-        if (Engine::reduceOptimised(shadow, shadowColours) != Engine::codeOk)
-            return decodeError(0);
-        const int read = reducedImage->readBack(shadowDib);
-        if (read < 0)
-            return read;
-        // The shadow needs pixels of its own to be traced.
-        int result = reducedImage->initGImage(shadowDib);
-        if (result < 0)
-            return result;
-        result = readBack(dib);
-        if (result >= 0)
-            result = initGImage(dib);
-        if (result < 0)
-            return result;
+        const int made = makeShadow();
+        if (made < 0) {
+            // A half-made shadow would be traced next time: it goes.
+            delete reducedImage;
+            reducedImage = nullptr;
+            return made;
+        }
     }
     GImage *traced = numColors() == 0 ? static_cast<GImage *>(reducedImage) : this;
     return traceSingleOutline(traced, point, outline, range) == resultOk ? 0 : -1;
+}
+
+int PImage::makeShadow()
+{
+    reducedImage = new (std::nothrow) PImage;
+    if (!reducedImage)
+        return resultNoDib;
+    tagBITMAPINFOHEADER *dib = nullptr;
+    Engine::Handle shadow = noHandle;
+    if (Engine::dib(imageHandle, dib) != Engine::codeOk || Engine::createFromDib(dib, shadow) != Engine::codeOk)
+        return decodeError(0);
+    reducedImage->imageHandle = shadow;
+    if (Engine::reduceOptimised(shadow, shadowColours) != Engine::codeOk)
+        return decodeError(0);
+    tagBITMAPINFOHEADER *shadowDib = nullptr;
+    int result = reducedImage->readBack(shadowDib);
+    // The shadow needs pixels of its own to be traced.
+    if (result >= 0)
+        result = reducedImage->initGImage(shadowDib);
+    if (result >= 0)
+        result = readBack(dib);
+    if (result >= 0)
+        result = initGImage(dib);
+    return result < 0 ? result : 0;
 }
 
 int PImage::octreeReduction(unsigned short n)

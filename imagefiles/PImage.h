@@ -110,6 +110,8 @@ private:
     int readBack(tagBITMAPINFOHEADER *&dib);
     void setCornerPoints();
     void dropBrightnessBackup();
+    // The 256-colour shadow of a true-colour image, for tracing.
+    int makeShadow();
     // Widens 1- and 4-bit DIBs to one byte a pixel in a new engine image.
     int expandToBytes(tagBITMAPINFOHEADER *&dib);
 

@@ -5,8 +5,10 @@
 // Seed files of every format and depth are made first, by the library from pictures written
 // byte by byte as .bmp files. Each input is one of them, mutated by a generator fixed by the
 // seed (bit flips, byte overwrites with boundary values, cuts, duplicated and deleted runs,
-// 32-bit fields set to huge values), and saved under a random extension. A fault is a load
-// that succeeds without a valid image, a success code other than 0 for a bad file, or a crash
+// 32-bit fields set to huge values). Every input is loaded from memory through PImage; one in
+// eight is also written as a file, under its own extension or sometimes another's, and loaded
+// through PImage and PPicture. The test build's guarded allocator traps any access past a
+// block. A fault is a load that succeeds without a usable image, a positive result, or a crash
 // (the unhandled-exception filter reports the input and the program ends with 3).
 #include "imagefiles/ImageFiles.h"
 
@@ -47,7 +49,7 @@ long long currentInput = -1;
 long long loaded = 0, refused = 0;
 
 // One in this many inputs is also written and loaded as a file.
-const std::size_t fileShare = 4;
+const std::size_t fileShare = 8;
 
 // 1 for a fault of a PImage load: a success without a usable image, or a positive result.
 int checkImage(PImage &image, int result, long long input)
