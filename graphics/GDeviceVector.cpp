@@ -91,6 +91,26 @@ int expandBezier(GDevicePolyBezier const &list, POINT *out)
     return n;
 }
 
+// A Bezier list expanded to its polyline on the C heap, with `spare` free slots behind the
+// points; no points when the list has none or no memory can be had.
+struct ExpandedBezier {
+    ExpandedBezier(GDevicePolyBezier const &list, int spare) : points(nullptr), count(0)
+    {
+        if (list.numVertices() <= 0 || !list.getVertexArray())
+            return;
+        const long long segments = (list.numVertices() - 1) / 3;
+        points = allocatePoints(pointsPerSegment * segments + 1 + spare);
+        if (points)
+            count = expandBezier(list, points);
+    }
+    ~ExpandedBezier() { std::free(points); }
+    ExpandedBezier(ExpandedBezier const &) = delete;
+    ExpandedBezier &operator=(ExpandedBezier const &) = delete;
+
+    POINT *points;
+    int count;
+};
+
 // Clips the chain of points to the box and hands on each visible run. The unclipped point
 // becomes the previous one, so the next segment starts where the chain really is.
 class BoxedRuns {
@@ -520,30 +540,23 @@ void GDevice::polyBezierBoxed(GDevicePolyBezier const &list, GRect &box)
 
 void GDevice::fillPolyBezier(GDevicePolyBezier const &list, GBrush const &fill)
 {
-    if (list.numVertices() <= 0 || !list.getVertexArray())
+    const ExpandedBezier curve(list, 0);
+    if (!curve.points)
         return;
-    const long long segments = (list.numVertices() - 1) / 3;
-    POINT *points = allocatePoints(pointsPerSegment * segments + 1);
-    if (!points)
-        return;
-    FreeOnExit release{points};
-    const int n = expandBezier(list, points);
     const GPen outline(fill.getBrushColor(), 0, LineSolid);
     GObjectSelection brushSelection(dc, HBRUSH(fill));
     GObjectSelection penSelection(dc, HPEN(outline));
-    Polygon(dc, points, n);
+    Polygon(dc, curve.points, curve.count);
 }
 
 void GDevice::fillPolyBezierBoxed(GDevicePolyBezier const &list, GRect &box, GBrush const &fill)
 {
-    if (list.numVertices() <= 0 || !list.getVertexArray())
+    // One spare slot closes the outline.
+    ExpandedBezier curve(list, 1);
+    if (!curve.points)
         return;
-    const long long segments = (list.numVertices() - 1) / 3;
-    POINT *points = allocatePoints(pointsPerSegment * segments + 2);
-    if (!points)
-        return;
-    FreeOnExit release{points};
-    int n = expandBezier(list, points);
+    POINT *points = curve.points;
+    int n = curve.count;
     if (!samePoint(points[0], points[n - 1]))
         points[n++] = points[0];
     ClipPolygons pieces;
